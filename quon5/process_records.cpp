@@ -1,0 +1,56 @@
+#include "quon5/process_records.h"
+
+extern "C" {
+
+KEYWORD* Keyword_memory;
+CVS_CI Customer_input;
+short Version_cvsci;
+EMIS_DATA Emis_data;
+char Cell_cfg_filename[304];
+char Em_cart_filename[304];
+short Spec_file_line_count;
+short Override_enable;
+char Input_line[1024];
+char Token[10][1024];
+TOKEN_TYPE Token_type[10];
+char Base[80];
+char Keyword[80];
+char Units[16];
+FILE* Fp;
+const char* TAVRIN_VER = "quon5 1.0";
+
+}  // extern "C"
+
+char Logr_spec_filename[304];
+char Logr_data_filename[304];
+char Quon5_output_filename[304];
+short Step;
+char Cycle[80];
+char Ci_specs_filename[304];
+char Orda_specs_filename[304];
+char Exh_Int_Restr_filename[304];
+char Quon_end_filename[304];
+char Quon6_filename[304];
+char Quon7_filename[304];
+char Pm_cart_filename[304];
+char Filter_data_filename[304];
+char FTIR_filename[304];
+char Activity[80];
+
+char Map[80];
+int Run_num;
+
+FILE* Quon5_optr;
+FILE* Logr_data_iptr;
+
+char Tr_em_data_chans[NUM_EM_DATA_LBLS][80];
+
+FLOGER_DATA_INFO* All_chans;
+short Num_chans_logged;
+short Num_spec_logr_chans;
+short Subsys_logi_var_values[64];
+
+char Em_species_map[NUM_SPECIES_ROWS][80];
+short Species_measrd[NUM_SPECIES_ROWS];
+
+FTIR_DATA Ftir;

@@ -1,0 +1,52 @@
+// The process-wide records of the task: file names and run parameters, open streams, the records
+// that the readers fill and the writers read. Each is filled at one point of the run and only read
+// afterwards. Those that the runtime shares are declared in runtime/shared_variables.h.
+#ifndef QUON5_PROCESS_RECORDS_H
+#define QUON5_PROCESS_RECORDS_H
+
+#include <cstdio>
+
+#include "inc/logger_channels.h"
+#include "quon5/FTIR.h"
+#include "quon5/quon5_10c.h"
+#include "runtime/shared_variables.h"
+
+// From the command line.
+extern char Logr_spec_filename[304];
+extern char Logr_data_filename[304];
+extern char Quon5_output_filename[304];
+extern short Step;
+extern char Cycle[80];
+extern char Ci_specs_filename[304];
+extern char Orda_specs_filename[304];
+extern char Exh_Int_Restr_filename[304];
+extern char Quon_end_filename[304];
+extern char Quon6_filename[304];
+extern char Quon7_filename[304];
+extern char Pm_cart_filename[304];
+extern char Filter_data_filename[304];
+extern char FTIR_filename[304];
+extern char Activity[80];
+
+// Derived from it.
+extern char Map[80];  // third component of the restriction file's directory
+extern int Run_num;   // extension of the emission bench file
+
+extern FILE* Quon5_optr;      // the quon5 file, open for writing
+extern FILE* Logr_data_iptr;  // the logger data file, open as text
+
+// Logger labels of the transient emission data, by DATA_CHAN_INDICES.
+extern char Tr_em_data_chans[NUM_EM_DATA_LBLS][80];
+
+extern FLOGER_DATA_INFO* All_chans;  // all logged channels; the first gives their number
+extern short Num_chans_logged;
+extern short Num_spec_logr_chans;         // channels that the test specification asks to be logged
+extern short Subsys_logi_var_values[64];  // per subsystem: 1 when it was active in the run
+
+// By species index.
+extern char Em_species_map[NUM_SPECIES_ROWS][80];  // PAM keyword, empty when not measured
+extern short Species_measrd[NUM_SPECIES_ROWS];     // 1 when measured
+
+extern FTIR_DATA Ftir;
+
+#endif

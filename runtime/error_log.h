@@ -1,0 +1,33 @@
+// The test cell's error log.
+//
+// One call writes one entry with a single append, so that several tasks can share a log file; the
+// entry goes to standard error as well:
+//
+//   2026-03-05T14:07:31 read_em_data:212 mode=65 code=30000 text
+//
+// (local time, module:source line, report mode, error code). A newline inside the text starts a
+// continuation line that begins with a tab, newlines at its end are dropped, any other control
+// character is written as `?`. The log is the file named by the environment variable
+// TAVRIN_ERROR_LOG, or error.log in the working directory; where it cannot be opened, standard
+// error is all.
+#ifndef QUON5_RUNTIME_ERROR_LOG_H
+#define QUON5_RUNTIME_ERROR_LOG_H
+
+enum REPORT_MODE : int {
+    REPORT_WARNING = 1,  // the task goes on, or ends at its start
+    REPORT_ERROR = 65,   // failed opens, invalid entries, ends of the task
+    REPORT_INFO = 257,
+};
+
+enum ERROR_CODE : int {
+    CODE_FAILED = -1,        // a step failed
+    CODE_INFO = 0,           // no error
+    CODE_NOT_OPENED = 77,    // a file could not be opened
+    CODE_BAD_INDEX = 256,    // an index outside the expected set
+    CODE_BAD_ENTRY = 30000,  // an entry or value is wrong or missing and is ignored or replaced
+};
+
+extern "C" void log_error(const char* module, int line, int report_mode, int error_code,
+                          const char* format, ...) __attribute__((format(printf, 5, 6)));
+
+#endif

@@ -1,0 +1,24 @@
+// Paths, and joining files.
+#ifndef QUON5_RUNTIME_PATHS_H
+#define QUON5_RUNTIME_PATHS_H
+
+// Buffer sizes of the parts of a path, with the terminating zero.
+inline constexpr int PATH_NODE_SIZE = 49;
+inline constexpr int PATH_DIR_SIZE = 257;
+inline constexpr int PATH_NAME_SIZE = 49;
+inline constexpr int PATH_EXT_SIZE = 49;
+
+extern "C" {
+
+// Splits `path` into node (always empty), directory with its trailing '/', file name without
+// extension, and extension with its leading '.' (from the last '.' of the name). A missing part
+// is empty; a longer one is cut to its buffer.
+void _splitpath(const char* path, char* node, char* dir, char* fname, char* ext);
+
+// Appends the contents of the file `first` to the file `second`. A first file that cannot be read
+// or is the second file itself is logged, and `second` stays untouched. Returns 0 on success.
+int file_append(const char* first, const char* second);
+
+}  // extern "C"
+
+#endif

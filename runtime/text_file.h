@@ -1,0 +1,37 @@
+// Line and keyword access to text files.
+//
+// A keyword file is made of entries: a keyword line whose first character is '@', then the
+// entry's lines up to the next such line. A line ends with LF or CRLF and is cut to 1023
+// characters. Lines of blanks and tabs only, and lines whose first character other than blank or
+// tab is '#', are skipped. The line "@LOGGED_RECORDS" is the last one that can be read: what
+// follows it are records, not text.
+//
+// Every physical line counts in Spec_file_line_count, which stays at 32767 once there.
+#ifndef QUON5_RUNTIME_TEXT_FILE_H
+#define QUON5_RUNTIME_TEXT_FILE_H
+
+#include <cstdio>
+
+inline constexpr int LINE_SIZE = 1024;    // of every line buffer
+inline constexpr int ENTRY_SIZE = 80;     // of an entry of get_keywd_entry
+inline constexpr short END_OF_FILE = -1;  // result of a line operation
+inline constexpr short NO_KEYWORD = -51;  // result of get_1st_line
+
+extern "C" {
+
+// Finds the first keyword line whose first token is `keyword`, wherever earlier reads left the
+// file, and reads the line after it into `line` (LINE_SIZE). Returns 1, or END_OF_FILE when no
+// line follows, or NO_KEYWORD; `line` is then empty.
+short get_1st_line(FILE* fp, char* line, const char* keyword);
+
+// Reads the next line into `line` (LINE_SIZE). Returns 1, or END_OF_FILE with `line` empty.
+short get_next_line(FILE* fp, char* line);
+
+// Copies the first line of the entry of `keyword` into `entry` (ENTRY_SIZE), without its leading
+// and trailing blanks. Returns 0, or -1 with `entry` empty when the keyword or its line is missing;
+// that is logged with `filename`.
+short get_keywd_entry(FILE* fp, const char* keyword, char* entry, const char* filename);
+
+}  // extern "C"
+
+#endif
