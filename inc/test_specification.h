@@ -5,6 +5,9 @@
 #ifndef QUON5_INC_TEST_SPECIFICATION_H
 #define QUON5_INC_TEST_SPECIFICATION_H
 
+#include <cstddef>
+#include <cstring>
+
 #include "inc/spec_keycodes.h"
 
 enum CYCLE_TEMP : short {
@@ -138,5 +141,15 @@ struct CVS_CI {
     ECM_DATA ecm[4];
     LOCO_CYCLE_DATA loco[50];
 };
+
+// The position of `name` among the first `count` of a list of names (maps, cycles, activities), -1
+// when it is not there. The first of equal names counts.
+template <std::size_t N>
+short find_name(const char (&names)[N][80], short count, const char* name) {
+    for (short i = 0; i < count && i < static_cast<short>(N); ++i) {
+        if (std::strcmp(names[i], name) == 0) return i;
+    }
+    return -1;
+}
 
 #endif

@@ -1,0 +1,51 @@
+#include "quon5/composite/composite_rows.h"
+
+#include "quon5/composite/number_format.h"
+
+namespace {
+
+constexpr std::size_t kBlockSize = std::size_t{1} << 20;  // of one write
+constexpr int kCacheLineValues = 8;
+
+}  // namespace
+
+void CompositeRows::add_time_column(const FLOGER_DATA_INFO& channel) {
+    add_column(channel);
+}
+
+void CompositeRows::add_column(const FLOGER_DATA_INFO& channel) {
+    columns_.push_back({channel.data_ptr, channel.vrbl_resolution});
+}
+
+char* CompositeRows::write_row(char* out, int record) const {
+    if (!columns_.empty()) {
+        const Column& time = columns_.front();
+        out = write_fixed(out, time.values[record] - time_offset_, time.decimals);
+        for (auto column = columns_.begin() + 1; column != columns_.end(); ++column) {
+            *out++ = ',';
+            out = write_fixed(out, column->values[record], column->decimals);
+        }
+    }
+    *out++ = '\n';
+    return out;
+}
+
+void CompositeRows::write(int first, int last) {
+    const std::size_t row_size = columns_.size() * (NUMBER_SIZE + 1) + 1;
+    std::vector<char> block(kBlockSize + row_size);
+    char* out = block.data();
+    const char* const full = out + kBlockSize;
+    for (int record = first; record < last; ++record) {
+        // The columns lie far apart; their next cache lines are fetched while these are written.
+        if (record % kCacheLineValues == 0 && record + 2 * kCacheLineValues < last) {
+            for (const Column& column : columns_) {
+                __builtin_prefetch(column.values + record + 2 * kCacheLineValues);
+            }
+        }
+        out = write_row(out, record);
+        if (out >= full || record + 1 == last) {
+            fwrite(block.data(), 1, static_cast<std::size_t>(out - block.data()), file_);
+            out = block.data();
+        }
+    }
+}

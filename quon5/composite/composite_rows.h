@@ -1,0 +1,35 @@
+// The rows of the composite file: one per record, comma-separated.
+#ifndef QUON5_COMPOSITE_COMPOSITE_ROWS_H
+#define QUON5_COMPOSITE_COMPOSITE_ROWS_H
+
+#include <cstdio>
+#include <vector>
+
+#include "inc/logger_channels.h"
+
+class CompositeRows {
+ public:
+    // `time_offset` is subtracted from every time.
+    CompositeRows(FILE* file, double time_offset) : file_(file), time_offset_(time_offset) {}
+
+    // The columns in their order. Values are those of all records of the log, each written with its
+    // channel's decimals. Without the time column the rows are empty lines.
+    void add_time_column(const FLOGER_DATA_INFO& channel);
+    void add_column(const FLOGER_DATA_INFO& channel);
+
+    // Writes the records from `first` to `last` - 1.
+    void write(int first, int last);
+
+ private:
+    struct Column {
+        const double* values;
+        int decimals;
+    };
+    char* write_row(char* out, int record) const;
+
+    FILE* file_;
+    double time_offset_;
+    std::vector<Column> columns_;  // the time column first
+};
+
+#endif

@@ -1,0 +1,260 @@
+#include "quon5/composite/quon_end.h"
+
+#include <strings.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <initializer_list>
+#include <vector>
+
+#include "inc/numbers.h"
+#include "quon5/composite/composite_rows.h"
+#include "quon5/composite/get_chan_grp_deskew.h"
+#include "quon5/process_records.h"
+#include "quon5/readers/ftir_keywords.h"
+#include "quon5/spec_channels.h"
+#include "quon5/timing/logged_channels.h"
+#include "runtime/error_log.h"
+#include "runtime/index_map.h"
+#include "runtime/logger_data.h"
+#include "runtime/paths.h"
+#include "runtime/strings.h"
+
+namespace {
+
+constexpr char kModule[] = "quon_end";
+constexpr DESKEW_TIME kNoDeskew = {0.0, "sec"};
+
+// Copies of the specified channels in column order, each with its position in the logger data.
+std::vector<CI_CHANNEL> specified_channels() {
+    const CVS_CI& spec = Customer_input;
+    std::vector<CI_CHANNEL> ci;
+    const auto add = [&](SpecChannels channels) {
+        ci.insert(ci.end(), channels.begin(), channels.end());
+    };
+    add(data_channels(spec));
+    add(ecm_channels(spec));
+    add(ai_channels(spec));
+    for (short g = 0; g < spec.num_chn_groups; ++g) add(group_channels(spec, g));
+    add(subsystem_channels(spec));
+    for (short s = 0; s < spec.num_subsystems; ++s) {
+        if (Subsys_logi_var_values[s] == 1) add(subsystem_group_channels(spec, s));
+    }
+    return ci;
+}
+
+// The time and the synchronisation channel, and the searches for the phases of the test.
+class PhaseSearch {
+ public:
+    // False, logged, when one of the two is not logged.
+    bool find_channels() {
+        int k = 0;
+        for (const DATA_CHAN_INDICES row : {EM_TIME_CHAN, EM_SYNC_CHAN}) {
+            const short position = find_logged_channel(Tr_em_data_chans[row]);
+            if (position < 0) {
+                log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED,
+                          " Could not find chan %s in floger data composite file will be "
+                          "incomplete",
+                          Tr_em_data_chans[row]);
+                return false;
+            }
+            ask_for_channel(get_strt_time_[k++], position);
+        }
+        return true;
+    }
+
+    // The record that the last search met: one that meets none leaves it.
+    int record() const { return record_; }
+
+    // Searches the first record of `phase`. Returns false when there is none.
+    bool search(SYNC_PHASES phase) {
+        const int met = load_phase(2, get_strt_time_, get_strt_time_[1].column_index, phase, phase);
+        if (met >= 0) record_ = met;
+        return get_strt_time_[0].num_samples > 0;
+    }
+
+    // The time of the first record of the phase just searched.
+    double time() const { return get_strt_time_[0].data_ptr[0]; }
+
+ private:
+    FLOGER_DATA_INFO get_strt_time_[2] = {};  // time, synchronisation
+    int record_ = 0;
+};
+
+double start_time_offset(PhaseSearch& phases) {
+    if (phases.search(PHASE_CYCLE)) return phases.time();
+    log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
+              "No record has phase 20, the time offset is 0.0");
+    return 0.0;
+}
+
+// Opens the composite file; in append mode the sibling result files join the quon5 file first.
+FILE* open_composite_file() {
+    const char* append = getenv("WRITE_APPEND");
+    const bool appends = append != nullptr && strcasecmp(append, "yes") == 0;
+    if (appends) {
+        file_append(Quon6_filename, Quon5_output_filename);
+        file_append(Quon7_filename, Quon5_output_filename);
+    }
+    FILE* file = fopen(Quon_end_filename, appends ? "a" : "w");
+    if (file == nullptr) {
+        log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED, "Could not open file %s, errno=%s",
+                  Quon_end_filename, strerror(errno));
+    }
+    return file;
+}
+
+// Writes the header lines and settles the columns on the way.
+class HeaderWriter {
+ public:
+    HeaderWriter(FILE* file, const EM_CHAN_INFO* em_chan, std::vector<CI_CHANNEL>& ci)
+        : file_(file), em_chan_(em_chan), ci_(ci), deskew_(ci.size()) {}
+
+    void write() {
+        for (std::size_t i = 0; i < ci_.size(); ++i) write_keyword(ci_[i], deskew_[i]);
+        fputs("\n", file_);
+        write_units();
+        write_deskew_times();
+        write_deskew_units();
+        fputs("\n$\n", file_);
+    }
+
+ private:
+    // The position of the channel in the logger data, -1 when it is not logged. The first search
+    // that comes by the time channel writes its column.
+    short find_column(const char* label) {
+        if (found_time_) return find_logged_channel(label);
+        const char* const time = Tr_em_data_chans[EM_TIME_CHAN];
+        for (short j = 0; j < All_chans[0].num_channels; ++j) {
+            if (!found_time_ && std::strcmp(All_chans[j].chan_name, time) == 0) {
+                fputs("LOG_TM", file_);
+                found_time_ = write_comma_ = true;
+            } else if (std::strcmp(All_chans[j].chan_name, label) == 0) {
+                return j;
+            }
+        }
+        return -1;
+    }
+
+    void write_keyword(CI_CHANNEL& channel, DESKEW_TIME& deskew) {
+        channel.floger_data_index = find_column(channel.label);
+        if (channel.floger_data_index < 0) {
+            log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
+                      "Variable %s in cvs_specs.dat was not found in floger data file %s",
+                      channel.label, Logr_data_filename);
+            deskew = kNoDeskew;
+            return;
+        }
+        copyn(kModule, channel.units, All_chans[channel.floger_data_index].units);
+        if (write_comma_) fputs(",", file_);
+        fputs(column_keyword(channel, deskew), file_);
+        write_comma_ = true;
+        if (deskew.units[0] == '\0') deskew = kNoDeskew;
+    }
+
+    // The keyword of the column and the deskew time of its channel.
+    const char* column_keyword(const CI_CHANNEL& channel, DESKEW_TIME& deskew) const {
+        const char* const keyword = channel.pam_keyword;
+        const short species = string_to_indexN(keyword, SPECIES_MAP);
+        if (species >= 0) return species_keyword(species, keyword, deskew);
+        deskew = kNoDeskew;
+        const bool ftir = string_to_indexN(trim_keyword(keyword), FTIR_CHANS_MAP) >= 0;
+        const bool extended = std::strchr(keyword, '@') != nullptr;
+        if (ftir && (!extended || valid_keywd_extension(keyword) != 0)) {
+            get_chan_grp_deskew(&deskew, &channel);
+        }
+        return keyword;
+    }
+
+    const char* species_keyword(short species, const char* keyword, DESKEW_TIME& deskew) const {
+        const EMIS_MEMBER& member = Emis_data.member[DESKEW_TIMES][species];
+        deskew.time = leading_number(member.value);
+        copyn(kModule, deskew.units, member.units);
+        const char* const measured = em_chan_[species].pam_keyword;
+        if (check_keyword(measured, CHANNEL_KEYWORD) == 0) return measured;
+        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
+                  "Invalid Emission PAM keyword=%s associated with keyword=<%s>", measured,
+                  keyword);
+        return "invalid_keywd";
+    }
+
+    // The first entries of these lines belong to the time column; without any specified channel
+    // they are empty.
+    void write_units() {
+        if (!ci_.empty()) fputs("sec", file_);
+        for (const CI_CHANNEL& channel : ci_) {
+            if (channel.floger_data_index >= 0) fprintf(file_, ",%s", channel.units);
+        }
+        fputs("\n", file_);
+    }
+    void write_deskew_times() {
+        if (!ci_.empty()) fprintf(file_, "%lf", 0.0);
+        for (std::size_t i = 0; i < ci_.size(); ++i) {
+            if (ci_[i].floger_data_index >= 0) {
+                fprintf(file_, ",%lf", printable(deskew_[i].time));
+                continue;
+            }
+            log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
+                      "Label %s specified in cvs_specs was not found in floger file-no data will "
+                      "be available for that channel",
+                      ci_[i].label);
+        }
+        fputs("\n", file_);
+    }
+    void write_deskew_units() {
+        if (!ci_.empty()) fputs("sec", file_);
+        for (std::size_t i = 0; i < ci_.size(); ++i) {
+            if (ci_[i].floger_data_index >= 0) fprintf(file_, ",%s", deskew_[i].units);
+        }
+    }
+
+    FILE* file_;
+    const EM_CHAN_INFO* em_chan_;
+    std::vector<CI_CHANNEL>& ci_;
+    std::vector<DESKEW_TIME> deskew_;  // parallel to ci_
+    bool found_time_ = false;
+    bool write_comma_ = false;
+};
+
+struct RecordRange {
+    int strt_indx;
+    int stop_indx;
+};
+
+// The records from the first start record (or cycle record) to the first of the end of the overrun
+// data.
+RecordRange record_range(PhaseSearch& phases) {
+    if (!phases.search(PHASE_START)) phases.search(PHASE_CYCLE);
+    const int strt_indx = phases.record();
+    phases.search(PHASE_END);
+    const int stop_indx = phases.record();
+    if (stop_indx == strt_indx) {
+        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
+                  "The synchronization channel value of 40, used to indicate the end of overrun "
+                  "data, was not found in the floger file");
+    }
+    return {strt_indx, stop_indx};
+}
+
+}  // namespace
+
+void quon_end(const EM_CHAN_INFO* em_chan) {
+    std::vector<CI_CHANNEL> ci = specified_channels();
+    PhaseSearch phases;
+    if (!phases.find_channels()) return;
+    const double strt_time_offset = start_time_offset(phases);
+    FILE* file = open_composite_file();
+    if (file == nullptr) return;
+    HeaderWriter(file, em_chan, ci).write();
+    const RecordRange range = record_range(phases);
+
+    CompositeRows rows(file, strt_time_offset);
+    if (!ci.empty()) rows.add_time_column(All_chans[0]);
+    for (const CI_CHANNEL& channel : ci) {
+        if (channel.floger_data_index >= 0) rows.add_column(All_chans[channel.floger_data_index]);
+    }
+    rows.write(range.strt_indx, range.stop_indx);
+    fputs("*0\n", file);
+    fclose(file);
+}

@@ -1,0 +1,77 @@
+#include "quon5/data_section/integ_aver.h"
+
+#include <cstring>
+#include <limits>
+
+#include "inc/numbers.h"
+#include "runtime/error_log.h"
+#include "runtime/strings.h"
+#include "runtime/units.h"
+
+namespace {
+
+constexpr char kModule[] = "integ_aver";
+constexpr int kUnitsSize = 16;
+
+// `value` in default units; the value unchanged, logged, when it does not convert.
+double to_default(double value, const char* units) {
+    double converted = value;
+    const short status = units_dbl_to_def(value, units, &converted);
+    if (status != 0) {
+        log_error(kModule, __LINE__, REPORT_WARNING, status,
+                  "Units conversion errors, converting %lf [%s] to default units", printable(value),
+                  units);
+    }
+    return converted;
+}
+
+double from_default(double value, const char* units) {
+    int code = 0;
+    double converted = value;
+    units_keyword_to_code(units, &code);
+    const short status = units_put_def_to_dbl(value, code, &converted);
+    if (status != 0) {
+        log_error(kModule, __LINE__, REPORT_WARNING, status,
+                  "Units conversion errors, converting %lf from default units to [%s]",
+                  printable(value), units);
+    }
+    return converted;
+}
+
+}  // namespace
+
+double aver(const double* data_ptr, int num_values) {
+    double sum = 0.0;
+    for (int i = 0; i < num_values; ++i) sum += data_ptr[i];
+    return num_values == 0 ? std::numeric_limits<double>::quiet_NaN()
+                           : sum / static_cast<double>(num_values);
+}
+
+void cut_rate_units(char* units) {
+    // As strtok takes the first token: slashes at the beginning do not end it.
+    char* const slash = std::strchr(units + std::strspn(units, "/"), '/');
+    if (slash != nullptr) *slash = '\0';
+}
+
+double integrate(const double* data_ptr, const char* units_data, int num_values,
+                 const double* time_ptr, const char* units_time) {
+    if (units_data[0] == '\0' || units_time[0] == '\0') {
+        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
+                  "Units for integration not specified-No integration done");
+        return 0.0;
+    }
+    char time_units[kUnitsSize];
+    copyn(kModule, time_units, units_time);
+    if (std::strcmp(strupr(time_units), "SECONDS") == 0) copyn(kModule, time_units, "SEC");
+    char result_units[kUnitsSize];
+    copyn(kModule, result_units, units_data);
+    cut_rate_units(result_units);
+
+    double total = 0.0;
+    for (int i = 0; i + 1 < num_values; ++i) {
+        const double dt = to_default(time_ptr[i + 1] - time_ptr[i], time_units);
+        total += to_default(data_ptr[i], units_data) * dt;
+        total += to_default(data_ptr[i + 1], units_data) * dt;
+    }
+    return from_default(0.5 * total, result_units);
+}

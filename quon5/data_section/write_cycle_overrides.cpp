@@ -1,0 +1,99 @@
+#include "quon5/data_section/write_cycle_overrides.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+#include <initializer_list>
+
+#include "quon5/process_records.h"
+#include "runtime/error_log.h"
+#include "runtime/paths.h"
+#include "runtime/strings.h"
+#include "runtime/tokens.h"
+
+namespace {
+
+constexpr char kModule[] = "write_cycle_overrides";
+
+// The cycle and the map of the run, from the name of the quon6 file.
+struct RunIdentity {
+    char cycle[PATH_EXT_SIZE];
+    char map[80];
+
+    RunIdentity() {
+        char node[PATH_NODE_SIZE];
+        char dir[PATH_DIR_SIZE];
+        char name[PATH_NAME_SIZE];
+        _splitpath(Quon6_filename, node, dir, name, cycle);
+        if (cycle[0] != '\0') cycle[0] = ' ';  // the dot
+        string_trim(cycle);
+        string_strip(cycle);
+        const TOKENS<10> components(dir, "/", 65);
+        copyn(kModule, map, components.count() > 0 ? components[components.count() - 1] : "");
+    }
+};
+
+// The position of `name` among the first `count` of `names`; -1, logged with `message`, without.
+template <std::size_t N>
+short find_or_report(const char (&names)[N][80], short count, const char* name,
+                     const char* message) {
+    const short index = find_name(names, count, name);
+    if (index < 0) {
+        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY, message, name,
+                  Quon5_output_filename);
+    }
+    return index;
+}
+
+}  // namespace
+
+void add_override(const CI_OVERRIDE* override, char (*vrbl_names)[80],
+                  short* num_overrides_specified, const char* ecm_name, short* write_keyword) {
+    if (override->string[0] == '\0') return;
+    for (short i = 0; i < *num_overrides_specified; ++i) {
+        if (std::strcmp(vrbl_names[i], override->string) == 0) return;
+    }
+    if (*write_keyword == 1) fputs("@CYCLE_OVERRIDES\n", Quon5_optr);
+    *write_keyword = 0;
+    fprintf(Quon5_optr, "     %s %s %s\n", ecm_name, override->string, override->value);
+    copyn(kModule, vrbl_names[*num_overrides_specified], override->string);
+    *num_overrides_specified = static_cast<short>(*num_overrides_specified + 1);
+}
+
+void write_cycle_overrides() {
+    const CVS_CI& ci = Customer_input;
+    const RunIdentity run;
+    const short cycle =
+        find_or_report(ci.cycles, ci.num_cycles, run.cycle,
+                       "Could not find cycle <%s>, overrides will not be added to <%s>");
+    if (cycle < 0) return;
+    const short map =
+        find_or_report(ci.maps, ci.num_maps, run.map,
+                       "Could not find map <%s>, overrides will not be added to <%s>");
+    if (map < 0) return;
+    const short activity =
+        find_or_report(ci.activity_list.activity, ci.activity_list.num_activities, Activity,
+                       "Could not find activity <%s>, overrides will not be added to <%s>");
+    if (activity < 0 || ci.num_ecms <= 0) return;
+
+    fflush(Quon5_optr);
+    short write_keyword = 1;
+    for (short i = 0; i < std::min<short>(ci.num_ecms, 4); ++i) {
+        const ECM_DATA& ecm = ci.ecm[i];
+        char vrbl_names[MAX_OVERRIDE_VARIABLES][80];
+        short num_overrides_specified = 0;
+        using Overrides = const CI_OVERRIDE(&)[50];
+        for (Overrides overrides :
+             {std::ref(ecm.activity_ecm_overrides[activity]),
+              std::ref(ecm.cycle_ecm_overrides[cycle]), std::ref(ecm.map_ecm_overrides[map]),
+              std::ref(ecm.ecm_overrides)}) {
+            for (const CI_OVERRIDE& override : overrides) {
+                add_override(&override, vrbl_names, &num_overrides_specified, ecm.ecm_name,
+                             &write_keyword);
+            }
+        }
+    }
+    fputs("\n", Quon5_optr);
+    fflush(Quon5_optr);
+}

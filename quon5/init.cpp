@@ -1,0 +1,278 @@
+#include "quon5/init.h"
+
+#include <strings.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "inc/command_line.h"
+#include "inc/numbers.h"
+#include "inc/open_file.h"
+#include "quon5/process_records.h"
+#include "runtime/arguments.h"
+#include "runtime/error_log.h"
+#include "runtime/index_map.h"
+#include "runtime/paths.h"
+#include "runtime/process_control.h"
+#include "runtime/strings.h"
+#include "runtime/text_file.h"
+
+namespace {
+
+constexpr char kModule[] = "init";
+constexpr short kNameWidth = 20;
+constexpr short kValueWidth = 304;
+
+char Quon_End_Buffer[131072];  // of the quon5 file
+
+// Where the values of Keyword_arguments go, in the same order.
+struct Destination {
+    char* text;  // nullptr: the step number
+    std::size_t width;
+};
+constexpr Destination kDestinations[] = {
+    {Logr_spec_filename, sizeof Logr_spec_filename},
+    {Logr_data_filename, sizeof Logr_data_filename},
+    {Quon5_output_filename, sizeof Quon5_output_filename},
+    {nullptr, 0},
+    {Cycle, sizeof Cycle},
+    {Ci_specs_filename, sizeof Ci_specs_filename},
+    {Orda_specs_filename, sizeof Orda_specs_filename},
+    {Em_cart_filename, sizeof Em_cart_filename},
+    {Exh_Int_Restr_filename, sizeof Exh_Int_Restr_filename},
+    {Cell_cfg_filename, sizeof Cell_cfg_filename},
+    {Quon_end_filename, sizeof Quon_end_filename},
+    {Quon6_filename, sizeof Quon6_filename},
+    {Quon7_filename, sizeof Quon7_filename},
+    {Pm_cart_filename, sizeof Pm_cart_filename},
+    {Filter_data_filename, sizeof Filter_data_filename},
+    {FTIR_filename, sizeof FTIR_filename},
+    {Activity, sizeof Activity},
+};
+static_assert(sizeof kDestinations / sizeof kDestinations[0] == NUM_KEYWORD_ARGUMENTS);
+
+// The entries of the orda specs file and the rows of Tr_em_data_chans that take them, in the order
+// of the look-ups.
+struct LabelEntry {
+    const char* keyword;
+    DATA_CHAN_INDICES row;
+};
+constexpr LabelEntry kLabelEntries[] = {
+    {"@TR_EM_BAROMETER", EM_BAROMETER},
+    {"@TR_EM_VAP_PR_DIL_AIR", EM_VAP_PR_DIL_AIR},
+    {"@TR_EM_VAP_PR_COMB_AIR", EM_VAP_PR_COMB_AIR},
+    {"@TR_EM_DIL_AIR_TEMP", EM_DIL_AIR_TEMP},
+    {"@TR_EM_INLET_AIR_TEMP", EM_INLET_AIR_TEMP},
+    {"@TR_EM_MEASRD_CVS_FLOW", EM_MEASRD_CVS_FLOW},
+    {"@SYNC_CHANNEL", EM_SYNC_CHAN},
+    {"@TR_EM_NOX_BKG_CONCEN_LBL", EM_NOX_BKGRD_CONCEN},
+    {"@TR_EM_HC_BKG_CONCEN_LBL", EM_HC_BKGRD_CONCEN},
+    {"@TR_EM_CO_BKG_CONCEN_LBL", EM_CO_BKGRD_CONCEN},
+    {"@TR_EM_CO2_BKG_CONCEN_LBL", EM_CO2_BKGRD_CONCEN},
+    {"@TR_EM_FUEL_CTR_LBL", EM_FUEL_CTR},
+    {"@TR_EM_FUEL_WT_LBL", EM_FUEL_WT},
+    {"@TR_EM_NOX_ANA_DRYER_PR_LBL", EM_NOX_DRYER_PR},
+    {"@TR_EM_NO_ANA_DRYER_PR_LBL", EM_NO_DRYER_PR},
+    {"@TR_EM_HC_ANA_DRYER_PR_LBL", EM_HC_DRYER_PR},
+    {"@TR_EM_CO_ANA_DRYER_PR_LBL", EM_CO_DRYER_PR},
+    {"@TR_EM_CO2_ANA_DRYER_PR_LBL", EM_CO2_DRYER_PR},
+    {"@TR_EM_CH4_ANA_DRYER_PR_LBL", EM_CH4_DRYER_PR},
+    {"@TR_EM_NOX_ANA_DRYER_TEMP_LBL", EM_NOX_DRYER_TEMP},
+    {"@TR_EM_NO_ANA_DRYER_TEMP_LBL", EM_NO_DRYER_TEMP},
+    {"@TR_EM_HC_ANA_DRYER_TEMP_LBL", EM_HC_DRYER_TEMP},
+    {"@TR_EM_CO_ANA_DRYER_TEMP_LBL", EM_CO_DRYER_TEMP},
+    {"@TR_EM_CO2_ANA_DRYER_TEMP_LBL", EM_CO2_DRYER_TEMP},
+    {"@TR_EM_CH4_ANA_DRYER_TEMP_LBL", EM_CH4_DRYER_TEMP},
+    {"@TR_EM_TOT_MPS_FILT_FLOW_LBL", EM_TOT_MPS_FILT_FLOW},
+    {"@TR_EM_TOT_MPS_SEC_DIL_FLOW_LBL", EM_TOT_MPS_SEC_DIL_FLOW},
+    {"@TR_EM_TOT_MPS_PROB_DIL_FLOW_LBL", EM_TOT_MPS_PROB_DIL_FLOW},
+    {"@TR_EM_TOT_APS_FILT_FLOW_LBL", EM_TOT_APS_FILT_FLOW},
+    {"@TR_EM_TOT_APS_SEC_DIL_FLOW_LBL", EM_TOT_APS_SEC_DIL_FLOW},
+    {"@TR_EM_TOT_APS_PROB_DIL_FLOW_LBL", EM_TOT_APS_PROB_DIL_FLOW},
+};
+static_assert(sizeof kLabelEntries / sizeof kLabelEntries[0] == 31);
+
+struct IndexEntry {
+    const char* text;
+    short index;
+    INDEX_MAPS map;
+};
+constexpr IndexEntry kIndexEntries[] = {
+    {"@PM_LEAK_TEST_VALIDATION", LEAK_SAMPL_MPS_PM, PM_CART_MAP},
+    {"@PROP_SMPL_VALIDATION", PROP_SAMPL_MPS_PM, PM_CART_MAP},
+    {"@DESKEW_TIMES", DESKEW_TIMES_PM, PM_CART_MAP},
+    {"@MPS_INFO", MPS_INFO_PM, PM_CART_MAP},
+    {"@APS_INFO", APS_INFO_PM, PM_CART_MAP},
+    {"@BPS_INFO", BPS_INFO_PM, PM_CART_MAP},
+    {"PMF_ID", PMF_ID, PM_INFO_MAP},
+    {"PMS_ID", PMS_ID, PM_INFO_MAP},
+    {"PMS_CONF", PMS_CONF, PM_INFO_MAP},
+    {"PMS_SAMPLE_LOC", PMS_SAMPLE_LOC, PM_INFO_MAP},
+};
+
+// Reads the command line into the globals. Returns the argument processor's result.
+short read_command_line(int argc, char** argv, char (&values)[NUM_KEYWORD_ARGUMENTS][kValueWidth]) {
+    char names[NUM_KEYWORD_ARGUMENTS][kNameWidth] = {};
+    char defaults[NUM_KEYWORD_ARGUMENTS][kValueWidth] = {};
+    for (int i = 0; i < NUM_KEYWORD_ARGUMENTS; ++i) {
+        copyn(kModule, names[i], Keyword_arguments[i].name);
+        copyn(kModule, defaults[i], Keyword_arguments[i].default_value);
+    }
+    ARG_PROC_CONTROL control{};
+    control.options = 1;
+    short arg_with_error = 0;
+    const short result = arg_proc(argc, argv, &arg_with_error, control, NUM_KEYWORD_ARGUMENTS,
+                                  kNameWidth, kValueWidth, names[0], defaults[0], values[0]);
+    if (result != 0) {
+        log_error(kModule, __LINE__, REPORT_ERROR, result, "Error detected in argument# %i",
+                  arg_with_error);
+    }
+    return result;
+}
+
+void store_values(const char (&values)[NUM_KEYWORD_ARGUMENTS][kValueWidth]) {
+    for (int i = 0; i < NUM_KEYWORD_ARGUMENTS; ++i) {
+        const Destination& to = kDestinations[i];
+        if (to.text == nullptr) {
+            Step = leading_short(values[i]);
+        } else {
+            copyn(kModule, __LINE__, to.text, values[i], to.width);
+        }
+    }
+}
+
+// Registers the first `count` names with their row numbers. -1, logged with `message`, when one
+// cannot be registered.
+short register_names(const char (*names)[80], short count, INDEX_MAPS map, const char* message) {
+    for (short i = 0; i < count; ++i) {
+        if (string_associate_indexN(names[i], i, map) != 0) {
+            log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED, message, names[i]);
+            return -1;
+        }
+    }
+    return 0;
+}
+
+short open_quon5_file() {
+    const char* append = getenv("WRITE_APPEND");
+    const bool appends = append != nullptr && strcasecmp(append, "yes") == 0;
+    Quon5_optr = fopen(Quon5_output_filename, appends ? "a" : "w");
+    if (Quon5_optr == nullptr) {
+        log_error(kModule, __LINE__, REPORT_WARNING, CODE_NOT_OPENED, "Unable to open file %s",
+                  Quon5_output_filename);
+        return -1;
+    }
+    if (setvbuf(Quon5_optr, Quon_End_Buffer, _IOFBF, sizeof Quon_End_Buffer) != 0) {
+        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
+                  "Could not set IO buffer size for Quon5 output file");
+    }
+    return 0;
+}
+
+short open_logger_data_file() {
+    Logr_data_iptr = open_for_reading(Logr_data_filename);
+    if (Logr_data_iptr != nullptr) return 0;
+    log_error(kModule, __LINE__, REPORT_WARNING, CODE_NOT_OPENED, "Unable to open file %s",
+              Logr_data_filename);
+    return -1;
+}
+
+// Reads the logger labels; the keywords that are missing are logged together.
+short read_labels(FILE* orda_specs) {
+    char problems[2048] = "";
+    std::size_t length = 0;
+    for (const LabelEntry& entry : kLabelEntries) {
+        if (get_keywd_entry(orda_specs, entry.keyword, Tr_em_data_chans[entry.row],
+                            Orda_specs_filename) == 0) {
+            continue;
+        }
+        length += static_cast<std::size_t>(
+            snprintf(problems + length, sizeof problems - length, "%s\n", entry.keyword));
+    }
+    fclose(orda_specs);
+    copyn(kModule, __LINE__, Tr_em_data_chans[EM_TIME_CHAN], "time", 16);
+    if (length <= 2) return 0;
+    log_error(kModule, __LINE__, REPORT_WARNING, CODE_FAILED,
+              "Problems reading following keywords - see error.log\n %s", problems);
+    return -1;
+}
+
+// Opens the files of the run and reads the labels. The first failure, which is logged, skips the
+// rest.
+short open_files() {
+    FILE* orda_specs = open_for_reading(Orda_specs_filename);
+    if (orda_specs == nullptr) {
+        log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED, "Could not open file %s",
+                  Orda_specs_filename);
+        return -1;
+    }
+    if (open_quon5_file() != 0 || open_logger_data_file() != 0) return -1;
+    return read_labels(orda_specs);
+}
+
+// The map is the third component of the restriction file's directory.
+void derive_map() {
+    if (Exh_Int_Restr_filename[0] == '\0') return;
+    char node[PATH_NODE_SIZE];
+    char dir[PATH_DIR_SIZE];
+    char name[PATH_NAME_SIZE];
+    char ext[PATH_EXT_SIZE];
+    _splitpath(Exh_Int_Restr_filename, node, dir, name, ext);
+    char* rest = nullptr;
+    const char* component = strtok_r(dir, "/", &rest);
+    for (int i = 1; i < 3 && component != nullptr; ++i) component = strtok_r(nullptr, "/", &rest);
+    if (component != nullptr) copyn(kModule, Map, component);
+}
+
+// The run number is the emission bench file's extension.
+void derive_run_number() {
+    char node[PATH_NODE_SIZE];
+    char dir[PATH_DIR_SIZE];
+    char name[PATH_NAME_SIZE];
+    char ext[PATH_EXT_SIZE];
+    _splitpath(Em_cart_filename, node, dir, name, ext);
+    Run_num = ext[0] == '\0' ? 0 : static_cast<int>(leading_integer(ext + 1));
+}
+
+}  // namespace
+
+short init(int argc, char** argv) {
+    tavrin_init_fn(1);
+    if (argc != NUM_KEYWORD_ARGUMENTS + 1) {
+        log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED,
+                  "Missing arguments for %s - task exiting", argc > 0 ? argv[0] : "");
+        print_usage(argv);
+    }
+    char values[NUM_KEYWORD_ARGUMENTS][kValueWidth] = {};
+    const short rejected = read_command_line(argc, argv, values);
+    if (rejected != 0) return rejected;
+
+    Keyword_memory = static_cast<KEYWORD*>(get_shrd_mem(KEYWORD_MEM, 0));
+    if (Keyword_memory == nullptr) {
+        log_error(kModule, __LINE__, REPORT_WARNING, CODE_FAILED,
+                  "Could not link to keyword memory, exiting");
+        return -1;
+    }
+    store_values(values);
+    if (register_names(Em_species_keywds, NUM_EMIS_SPECIES, SPECIES_MAP,
+                       "Could not associate em_species index %s") != 0) {
+        return -1;
+    }
+    const short status = open_files();
+    if (status != 0) {
+        log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED,
+                  "Initialization errors - See error log");
+    }
+    derive_map();
+    derive_run_number();
+    for (const IndexEntry& entry : kIndexEntries) {
+        string_associate_indexN(entry.text, entry.index, entry.map);
+    }
+    if (register_names(Chem_bal_options, NUM_CHEM_BAL_OPTIONS, CHEM_BAL_OPTIONS_MAP,
+                       "Could not associate chemical balance options index %s") != 0 ||
+        register_names(Chem_bal_species, NUM_CHEM_BAL_SPECIES, CHEM_BAL_SPECIES_MAP,
+                       "Could not associate chemical balance option species index %s") != 0) {
+        return -1;
+    }
+    return status;
+}

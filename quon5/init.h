@@ -1,0 +1,10 @@
+// Start-up: the command line, keyword memory, the index maps, the files of the whole run and the
+// logger labels of the data section.
+#ifndef QUON5_INIT_H
+#define QUON5_INIT_H
+
+// Runs start-up once, before anything else. Returns 0; the argument processor's result when it
+// rejected the command line; -1 for every other failure, which is logged.
+short init(int argc, char** argv);
+
+#endif

@@ -1,0 +1,277 @@
+#include "quon5/readers/read_ftir_file.h"
+
+#include <cstring>
+
+#include "inc/numbers.h"
+#include "inc/open_file.h"
+#include "quon5/process_records.h"
+#include "quon5/readers/chk_kw_n_specs.h"
+#include "quon5/readers/ftir_keywords.h"
+#include "quon5/readers/proc_ftir_chem_bal.h"
+#include "quon5/readers/section.h"
+#include "runtime/error_log.h"
+#include "runtime/index_map.h"
+#include "runtime/strings.h"
+
+namespace {
+
+constexpr char kModule[] = "read_ftir_file";
+constexpr int kMaxLines = NUM_FTIR_CHANS;  // data lines of a section
+constexpr short kFirstLeakChannel = 6;     // token at which the channel list begins
+
+// Deskew channels that belong to the bench or the particulate cart file, by channel name.
+constexpr FTIR_CHANS_INDICIES kForeignDeskewChannels[] = {
+    CVS_CD_CO2_MEA, CVS_CD_CO_MEA, CVS_CD_NO_MEA, CVS_CD_NOX_MEA, CVS_CW_CO2_MEA,
+    CVS_CW_CO_MEA,  CVS_CW_HC_MEA, CVS_CW_NO_MEA, CVS_CW_NOX_MEA, EXH_CW_HC_MEA,
+};
+
+// What a kind of section says of an entry that fails the entry test.
+struct EntryMessages {
+    const char* invalid_keyword;
+    const char* invalid_extension;
+};
+constexpr EntryMessages kDeskewMessages = {
+    "Entry ignored-FTIR Deskew time chan = <%s> in file <%s> at line=%d is invalid",
+    "Entry ignored - FTIR Deskew time chan - An invalid PAM_keyword extension has been used for - "
+    "<%s> in file <%s> at line=%d"};
+constexpr EntryMessages kChannelMessages = {
+    "Entry ignored-FTIR keywd = <%s> in file <%s> at line=%d is invalid",
+    "Entry ignored - FTIR keywd - An invalid PAM_keyword extension has been used for - <%s> in "
+    "file <%s> at line=%d"};
+constexpr EntryMessages kLeakTestMessages = {
+    "Entry ignored-LEAK TEST keywd = <%s> in file <%s> at line=%d is invalid",
+    "Entry ignored - LEAK TEST keywd - An invalid PAM_keyword extension has been used for - <%s> "
+    "in file <%s> at line=%d"};
+
+bool is_foreign_deskew_channel(short channel) {
+    for (const FTIR_CHANS_INDICIES foreign : kForeignDeskewChannels) {
+        if (channel == foreign) return true;
+    }
+    return false;
+}
+
+// Reads the open FTIR file from top to bottom.
+class FtirReader {
+ public:
+    FtirReader(FILE* file, const char* filename) : file_(file), filename_(filename) {}
+
+    void read() {
+        short status = get_next_line(file_, line_);
+        while (status > 0) {
+            // A section handler leaves the line that ended its section; one that is no keyword
+            // line is passed over, like the lines of a section that is not accepted.
+            status = line_[0] == '@' ? read_section() : get_next_line(file_, line_);
+        }
+    }
+
+ private:
+    using ReadSection = short (FtirReader::*)(EMIS_ENTRIES entry);
+    struct Section {
+        EMIS_ENTRIES entry;
+        ReadSection read;
+    };
+    static const Section kSections[12];
+
+    // Reads the section whose keyword line is in line_. Returns the status of the last line read.
+    short read_section() {
+        const LineTokens token(line_);
+        const short entry = string_to_indexN(token[0], KEYWORDS_MAP);
+        for (const Section& section : kSections) {
+            if (section.entry == entry) return (this->*section.read)(section.entry);
+        }
+        report(REPORT_ERROR, "The keyword <%s> is not a valid FTIR keywd in file <%s> at line <%d>",
+               token[0]);
+        return get_next_line(file_, line_);
+    }
+
+    void report(REPORT_MODE mode, const char* message, const char* text) const {
+        log_error(kModule, __LINE__, mode, CODE_BAD_ENTRY, message, text, filename_,
+                  Spec_file_line_count);
+    }
+
+    // The entry test: is `keyword` an FTIR channel, with a valid extension if any, of the test
+    // specification? All but the last failure are logged.
+    bool accepts(const char* keyword, const EntryMessages& messages) const {
+        const short channel = string_to_indexN(trim_keyword(keyword), FTIR_CHANS_MAP);
+        if (channel < 0) {
+            report(REPORT_ERROR, messages.invalid_keyword, keyword);
+            return false;
+        }
+        if (std::strchr(keyword, '@') != nullptr && valid_keywd_extension(keyword) != 1) {
+            report(REPORT_WARNING, messages.invalid_extension, keyword);
+            return false;
+        }
+        if (&messages == &kDeskewMessages && is_foreign_deskew_channel(channel)) {
+            log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
+                      "Entry ignored-Deskew time chan for <%s> should be in the bench or pmcart "
+                      "data file",
+                      keyword);
+            return false;
+        }
+        return chk_pkw_in_cvsci_specs(keyword) == 1;
+    }
+
+    // Hands the tokens of the data lines of a section whose token `keyword_at` passes the entry
+    // test to `store`, of kMaxLines lines at most.
+    template <class Store>
+    short read_entries(int keyword_at, const EntryMessages& messages, Store store) {
+        int lines = 0;
+        const short status = get_next_line(file_, line_);
+        return walk_section(file_, line_, status, [&](const char* text) {
+            const LineTokens token(text);
+            if (accepts(token[keyword_at], messages)) store(token);
+            return ++lines < kMaxLines;
+        });
+    }
+
+    // True while a list that runs on over the sections of its keyword takes one more entry. A full
+    // list is logged once per section.
+    bool has_room(short count, bool& reported) const {
+        if (count < NUM_FTIR_CHANS) return true;
+        if (!reported) {
+            log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
+                      "Entry ignored-more than %d entries in file <%s> at line=%d", NUM_FTIR_CHANS,
+                      filename_, Spec_file_line_count);
+        }
+        reported = true;
+        return false;
+    }
+
+    short read_deskew_times(EMIS_ENTRIES /*entry*/) {
+        bool reported = false;
+        return read_entries(0, kDeskewMessages, [&](const LineTokens& token) {
+            if (!has_room(Ftir.num_deskew_chans, reported)) return;
+            const char* end = nullptr;
+            const double time = leading_number(token[1], &end);
+            if (*end != '\0') {
+                report(REPORT_ERROR, "Deskew time = <%s> in file <%s> at line %d is invalid",
+                       token[1]);
+                return;
+            }
+            FTIR_DESKEW& deskew = Ftir.deskew[Ftir.num_deskew_chans++];
+            copyn(kModule, deskew.pam_keywd, token[0]);
+            deskew.dvalue = time;
+            copyn(kModule, deskew.value_str, token[1]);
+            copyn(kModule, deskew.units, token[2]);
+        });
+    }
+
+    short read_detection_methods(EMIS_ENTRIES /*entry*/) {
+        bool reported = false;
+        return read_entries(0, kChannelMessages, [&](const LineTokens& token) {
+            if (!has_room(Ftir.num_det_method_chans, reported)) return;
+            FTIR_CONT_DET_METHOD& method = Ftir.det_method[Ftir.num_det_method_chans++];
+            method.active = 1;
+            copyn(kModule, method.keywd, token[0]);
+            copyn(kModule, method.method, token[1]);
+            copyn(kModule, method.recipe, token[2]);
+            for (int i = 3; i < token.count(); ++i) {
+                const std::size_t length = std::strlen(method.recipe);
+                snprintf(method.recipe + length, sizeof method.recipe - length, " %s", token[i]);
+            }
+        });
+    }
+
+    // A second section of the same keyword replaces the first.
+    short read_channel_values(EMIS_ENTRIES entry) {
+        FTIR_GENERIC& generic = Ftir.emKeywd[entry];
+        generic.active = 0;
+        generic.num_ftir_chans = 0;
+        return read_entries(0, kChannelMessages, [&](const LineTokens& token) {
+            generic.active = 1;
+            FTIR_MEMBER& channel = generic.ftirChn[generic.num_ftir_chans++];
+            channel.active = 1;
+            copyn(kModule, channel.keywd, token[0]);
+            copyn(kModule, channel.value, token[1]);
+            copyn(kModule, channel.units, token[2]);
+        });
+    }
+
+    short read_primary_choices(EMIS_ENTRIES /*entry*/) {
+        bool reported = false;
+        return read_entries(1, kChannelMessages, [&](const LineTokens& /*token*/) {
+            if (!has_room(Ftir.num_prim_chans, reported)) return;
+            CHOICES_PRIMARY& choice = Ftir.primary[Ftir.num_prim_chans++];
+            choice.active = 1;
+            copyn(kModule, choice.choices, line_);
+        });
+    }
+
+    short read_leak_tests(EMIS_ENTRIES /*entry*/) {
+        const short status = get_next_line(file_, line_);
+        return walk_section(file_, line_, status, [&](const char* text) {
+            if (Ftir.num_leak_trains < MAX_FTIR_LEAK_TRAINS) {
+                store_leak_test(Ftir.leak_tst[Ftir.num_leak_trains++], text);
+            }
+        });
+    }
+
+    void store_leak_test(LEAK_TEST_FTIR& test, const char* text) const {
+        const TOKENS<75> token(text);
+        test.active = 1;
+        copyn(kModule, test.train, token[0]);
+        copyn(kModule, test.train_num, token[1]);
+        copyn(kModule, test.flow_value, token[2]);
+        copyn(kModule, test.flow_units, token[3]);
+        copyn(kModule, test.leak_value, token[4]);
+        copyn(kModule, test.leak_units, token[5]);
+        int end = token.count();
+        const char* const last = token[end > 0 ? end - 1 : 0];
+        const bool dated = std::strchr(last, ':') != nullptr;
+        if (dated) --end;
+        for (int i = kFirstLeakChannel; i < end; ++i) {
+            if (!accepts(token[i], kLeakTestMessages)) continue;
+            copyn(kModule, test.sample_train_channels[test.num_samp_train_chans++], token[i]);
+        }
+        if (dated) copyn(kModule, test.flo_keywds_date, last);
+    }
+
+    short read_chem_balance(EMIS_ENTRIES /*entry*/) {
+        const short status = get_next_line(file_, line_);
+        if (status <= 0 || line_[0] == '@') return status;
+        const short last = process_ftir_chem_balance(file_, line_, filename_);
+        return last == 0 ? status : last;  // 0: no further line was read
+    }
+
+    FILE* file_;
+    const char* filename_;
+    TextLine line_ = "";
+};
+
+const FtirReader::Section FtirReader::kSections[12] = {
+    {DESKEW_TIMES, &FtirReader::read_deskew_times},
+    {CONT_CHAN_DET_METHOD, &FtirReader::read_detection_methods},
+    {CONT_CHAN_UL_VAL, &FtirReader::read_channel_values},
+    {CONT_CHAN_LL_VAL, &FtirReader::read_channel_values},
+    {CONT_CHAN_PRETEST_ZERO, &FtirReader::read_channel_values},
+    {CONT_CHAN_PRETEST_SPAN, &FtirReader::read_channel_values},
+    {CONT_CHAN_POSTTEST_ZERO, &FtirReader::read_channel_values},
+    {CONT_CHAN_POSTTEST_SPAN, &FtirReader::read_channel_values},
+    {CONT_CHAN_REF_SPAN, &FtirReader::read_channel_values},
+    {PRIMARY_CHOICES, &FtirReader::read_primary_choices},
+    {LEAK_TEST_VALIDATION_NO_BENCH, &FtirReader::read_leak_tests},
+    {CHEMICAL_BALANCE_OPTIONS, &FtirReader::read_chem_balance},
+};
+
+}  // namespace
+
+void read_ftir_file(const char* filename) {
+    for (short i = 0; i < NUM_FTIR_CHANS; ++i) {
+        string_associate_indexN(FTIR_chans[i], i, FTIR_CHANS_MAP);
+    }
+    for (short i = 0; i < NUM_EMIS_ENTRIES; ++i) {
+        string_associate_indexN(Keywords[i], i, KEYWORDS_MAP);
+    }
+    std::memset(&Ftir, 0, sizeof Ftir);
+    FILE* file = open_for_reading(filename);
+    if (file == nullptr) {
+        log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
+                  "Could not open file %s No data will be available from FTIR cart", filename);
+        return;
+    }
+    const short line_count = Spec_file_line_count;
+    Spec_file_line_count = 0;
+    FtirReader(file, filename).read();
+    fclose(file);
+    Spec_file_line_count = line_count;
+}

@@ -1,0 +1,68 @@
+#include "quon5/readers/set_measrd_species.h"
+
+#include <cstring>
+
+#include "quon5/process_records.h"
+#include "quon5/readers/section.h"
+#include "runtime/error_log.h"
+#include "runtime/index_map.h"
+#include "runtime/strings.h"
+
+namespace {
+
+constexpr char kModule[] = "set_measrd_species";
+
+// Mappings that hold unless the file says otherwise.
+constexpr struct {
+    EM_CART_SPECIES species;
+    const char* pam_keyword;
+} kDefaults[] = {
+    {CVS_NMHC, "CVS_CW_NMHC_FTIR_MEA"},
+    {PMF_SVF_WET_MEA, "PMF_SVF_WET_MEA"},
+    {PMF_IN_V, "PMF_IN_V"},
+    {BST_SVF_WET_MEA, "BST_SVF_WET_MEA"},
+};
+
+// Gives a long-form tag the index `next`. False, logged, when it cannot have it.
+bool add_long_form(const char* tag, short next) {
+    if (check_keyword(tag, CHANNEL_KEYWORD) != 0) {
+        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
+                  "A non-short form species must be a valid PAM keyword,- <%s> is not a valid PAM "
+                  "keyword",
+                  tag);
+        return false;
+    }
+    if (next >= NUM_SPECIES_ROWS || string_associate_indexN(tag, next, SPECIES_MAP) != 0) {
+        log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED,
+                  "Could not associate an index with species <%s>", tag);
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+void set_measrd_species(FILE* em_cart_ptr, EM_CHAN_INFO* em_cart_info) {
+    std::memset(Species_measrd, 0, sizeof Species_measrd);
+    for (const auto& entry : kDefaults) {
+        copyn(kModule, Em_species_map[entry.species], entry.pam_keyword);
+    }
+    TextLine line;
+    short next = NUM_EMIS_SPECIES;
+    const short status =
+        walk_section(em_cart_ptr, line, "@SPECIES_TAG_TO_KEYWORD_MAPPING", [&](const char* text) {
+            const LineTokens token(text);
+            short i = string_to_indexN(token[0], SPECIES_MAP);
+            if (i < 0) {
+                if (!add_long_form(token[0], next)) return;
+                copyn(kModule, em_cart_info[next].pam_keyword, token[1]);
+                i = next++;
+            }
+            Species_measrd[i] = 1;
+            copyn(kModule, Em_species_map[i], token[1]);
+        });
+    if (status < 0) {
+        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
+                  "EOF or Keyword was not found-species may not be set");
+    }
+}

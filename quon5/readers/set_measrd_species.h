@@ -1,0 +1,14 @@
+// The species mapping of the emission bench file: which channel measures which species.
+#ifndef QUON5_READERS_SET_MEASRD_SPECIES_H
+#define QUON5_READERS_SET_MEASRD_SPECIES_H
+
+#include <cstdio>
+
+#include "inc/emission_channels.h"
+
+// Reads the section "@SPECIES_TAG_TO_KEYWORD_MAPPING" of the open emission bench file into
+// Em_species_map and Species_measrd. A tag that is no short-form species takes the next index from
+// 16 on, with its PAM keyword also in `em_cart_info` (36 rows by species index).
+void set_measrd_species(FILE* em_cart_ptr, EM_CHAN_INFO* em_cart_info);
+
+#endif

@@ -1,0 +1,223 @@
+#include "quon5/timing/data_defn.h"
+
+#include <cerrno>
+#include <cstring>
+#include <limits>
+
+#include "inc/numbers.h"
+#include "inc/open_file.h"
+#include "quon5/process_records.h"
+#include "quon5/spec_channels.h"
+#include "quon5/timing/logged_channels.h"
+#include "runtime/error_log.h"
+#include "runtime/logger_data.h"
+#include "runtime/paths.h"
+#include "runtime/strings.h"
+#include "runtime/text_file.h"
+#include "runtime/units.h"
+
+namespace {
+
+constexpr char kModule[] = "data_defn";
+constexpr char kVariableCycles[] = "@TR_EM_VARIABLE_LENGTH_REF_CYCLE_NAMES";
+
+int count_logged(SpecChannels channels) {
+    int n = 0;
+    short position = 0;
+    for (const CI_CHANNEL& channel : channels) n += check_label_in_logr(channel.label, &position);
+    return n;
+}
+
+// Counts the logged channels of the subsystems and notes which were active. A subsystem whose
+// logical variable is not logged ends the count.
+int count_subsystem_channels() {
+    const CVS_CI& ci = Customer_input;
+    int n = 0;
+    short s = 0;
+    for (const CI_CHANNEL& logical : subsystem_channels(ci)) {
+        short position = 0;
+        if (check_label_in_logr(logical.label, &position) == 0) {
+            log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
+                      "Data for the subsystem variable <%s> is not logged within the loger file",
+                      logical.label);
+            return n;
+        }
+        ++n;
+        if (All_chans[position].data_ptr[0] > 0.0) {
+            Subsys_logi_var_values[s] = 1;
+            n += count_logged(subsystem_group_channels(ci, s));
+        }
+        ++s;
+    }
+    return n;
+}
+
+short count_channels() {
+    const CVS_CI& ci = Customer_input;
+    int n = 1 + count_logged(ai_channels(ci)) + count_logged(ecm_channels(ci)) +
+            count_logged(data_channels(ci));
+    for (short g = 0; g < ci.num_chn_groups; ++g) n += count_logged(group_channels(ci, g));
+    return static_cast<short>(n + count_subsystem_channels());
+}
+
+// The synchronisation and the time channel, loaded together.
+struct TimingChannels {
+    enum { SYNC, TIME, NUM_ENTRIES };
+    FLOGER_DATA_INFO entry[NUM_ENTRIES] = {};
+
+    TimingChannels() {
+        const short sync = find_last_logged_channel(Tr_em_data_chans[EM_SYNC_CHAN]);
+        const short time = find_last_logged_channel(Tr_em_data_chans[EM_TIME_CHAN]);
+        if (sync >= 0) ask_for_channel(entry[SYNC], sync);
+        if (time >= 0) ask_for_channel(entry[TIME], time);
+    }
+    int load(int from, int to) {
+        return load_phase(NUM_ENTRIES, entry, entry[SYNC].column_index, from, to);
+    }
+    int num_records() const { return entry[SYNC].num_samples; }
+    // The time at a position of the stretch, up to num_records(); NaN when it is not logged.
+    double time(int position) const {
+        return entry[TIME].num_samples > 0 ? entry[TIME].data_ptr[position]
+                                           : std::numeric_limits<double>::quiet_NaN();
+    }
+};
+
+// The fixed cycle time that the logger data file gives, in the units of the time channel.
+double fixed_cycle_time(const char* time_units) {
+    char text[ENTRY_SIZE];
+    char units[16];
+    const short status =
+        get_keywd_entry(Logr_data_iptr, "@QUON5_CYCLE_TIME", text, Logr_data_filename);
+    const double value = *static_cast<const double*>(cnvrt_value(text, status, REAL_TYPE, units));
+    double converted = value;
+    units_dbl_keyword_convrt(value, units, &converted, time_units);
+    return converted;
+}
+
+struct CycleEnd {
+    int record;  // -1: there is no record around the time at which the cycle ends
+    double time;
+};
+
+// The record nearest to the time `target`; of two that are equally near, the later one.
+CycleEnd find_cycle_end(TimingChannels& channels, double target) {
+    FLOGER_SRCH_INFO strt{};
+    strt.srch_opt = GE;
+    strt.column_index = channels.entry[TimingChannels::TIME].column_index;
+    strt.srch_type = REAL_TYPE;
+    strt.value.srch_dbl = target - 1.0;
+    FLOGER_SRCH_INFO stop = strt;
+    stop.value.srch_dbl = target + 2.0;
+    get_logr_data_mem(All_chans, TimingChannels::NUM_ENTRIES, channels.entry, &strt, &stop);
+    const FLOGER_DATA_INFO& time = channels.entry[TimingChannels::TIME];
+    if (time.num_samples == 0) return {-1, 0.0};
+
+    double prev = 0.0;
+    double next = 0.0;
+    int k = 0;
+    for (; k < time.num_samples; ++k) {
+        if (!(time.data_ptr[k] < target)) {
+            next = time.data_ptr[k];
+            break;
+        }
+        prev = time.data_ptr[k];
+    }
+    if (!(next > 0.0)) next = prev;
+    const int record = k + strt.srch_met_rcd;
+    if (next - target > target - prev) return {record - 1, prev};
+    return {record, next};
+}
+
+void report_count_by_time(int time_count, int num_cycle_sets, double end_time) {
+    char node[PATH_NODE_SIZE];
+    char dir[PATH_DIR_SIZE];
+    char name[PATH_NAME_SIZE];
+    char ext[PATH_EXT_SIZE];
+    _splitpath(Quon5_output_filename, node, dir, name, ext);
+    log_error(kModule, __LINE__, REPORT_INFO, CODE_INFO,
+              "Run = %s, Time based num of records = %d, \n     sync_chan based num of records = "
+              "%d, \n     floger time of ending record = %lf",
+              name, time_count, num_cycle_sets, end_time);
+}
+
+// The slot of the logged cycle name in the test specification, -1 when there is none.
+short logged_cycle() {
+    char cycle[ENTRY_SIZE];
+    if (get_keywd_entry(Logr_data_iptr, "@TR_EM_CYCLE_NAME", cycle, Logr_data_filename) == -1) {
+        return -1;
+    }
+    cycle[std::strcspn(cycle, "[")] = '\0';
+    const short slot = find_name(Customer_input.cycles, 50, cycle);
+    if (slot < 0) {
+        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
+                  "Could not find cycle name=<%s> in cvs_specs.dat", cycle);
+    }
+    return slot;
+}
+
+}  // namespace
+
+short variable_cycle_time() {
+    FILE* orda_specs = open_for_reading(Orda_specs_filename);
+    if (orda_specs == nullptr) {
+        log_error(kModule, __LINE__, REPORT_WARNING, CODE_NOT_OPENED,
+                  "Could not open file <%s> to read %s,errno=%s", Orda_specs_filename,
+                  kVariableCycles, strerror(errno));
+        return 0;
+    }
+    short variable = 0;
+    const short slot = logged_cycle();
+    if (slot >= 0) {
+        const char* reference = Customer_input.cycle_keys[slot][REFERENCE_CYCLE_NAME].value;
+        char line[LINE_SIZE];
+        short status = get_1st_line(orda_specs, line, kVariableCycles);
+        for (; status > 0 && line[0] != '@' && variable == 0;
+             status = get_next_line(orda_specs, line)) {
+            string_trim(line);
+            string_strip(line);
+            variable = std::strcmp(line, reference) == 0 ? 1 : 0;
+        }
+    }
+    fclose(orda_specs);
+    return variable;
+}
+
+void data_defn(short* num_chans, int* num_strt_sets, int* num_cycle_sets, int* num_overrun_sets,
+               const FLOGER_DATA_INFO* all_chans, double* floger_cycle_time) {
+    *num_chans = count_channels();
+
+    TimingChannels channels;
+    channels.load(PHASE_START, PHASE_CYCLE);
+    *num_strt_sets = channels.num_records();
+    const int cycle_strt_rec_num = channels.load(PHASE_CYCLE, PHASE_OVERRUN);
+    *num_cycle_sets = channels.num_records();
+    const double start_time = channels.time(0);
+    const double end_time = channels.time(*num_cycle_sets);
+    channels.load(PHASE_OVERRUN, PHASE_END);
+    *num_overrun_sets = channels.num_records();
+
+    if (*num_cycle_sets == 0) {
+        *floger_cycle_time = 0.0;
+        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
+                  "No record has phase 20, the cycle time is 0.0");
+        return;
+    }
+    *floger_cycle_time = end_time - start_time;
+    if (variable_cycle_time() == 1) return;
+
+    const short time_column = channels.entry[TimingChannels::TIME].column_index;
+    const double target = start_time + fixed_cycle_time(all_chans[time_column].units);
+    const CycleEnd end = find_cycle_end(channels, target);
+    if (end.record < 0) {
+        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
+                  "No record near the end of the cycle at time %lf was found, the sync channel "
+                  "gives its end",
+                  printable(target));
+        return;
+    }
+    *floger_cycle_time = end.time - start_time;
+    const int time_count = end.record - cycle_strt_rec_num + 1;
+    report_count_by_time(time_count, *num_cycle_sets, end.time);
+    *num_overrun_sets += *num_cycle_sets - time_count;
+    *num_cycle_sets = time_count;
+}

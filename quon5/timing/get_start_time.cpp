@@ -1,0 +1,66 @@
+#include "quon5/timing/get_start_time.h"
+
+#include <cmath>
+#include <ctime>
+
+#include "quon5/process_records.h"
+#include "quon5/timing/logged_channels.h"
+#include "runtime/error_log.h"
+#include "runtime/strings.h"
+#include "runtime/text_file.h"
+
+namespace {
+
+constexpr char kModule[] = "get_start_time";
+constexpr char kSystemTime[] = "sys_time";
+constexpr char kTimeOfTest[] = "@QUON5_TIME_OF_TEST";
+constexpr int kStartTimeSize = 80;
+
+short copy_time_of_test(char* start_time) {
+    char line[LINE_SIZE];
+    const short status = get_1st_line(Logr_data_iptr, line, kTimeOfTest);
+    if (status >= 0) {
+        copyn(kModule, __LINE__, start_time, line, kStartTimeSize);
+        return 0;
+    }
+    log_error(kModule, __LINE__, REPORT_ERROR, status,
+              "Could not find keywd %s or chan %s in file %s for start of test", kTimeOfTest,
+              kSystemTime, Logr_data_filename);
+    return -1;
+}
+
+// Formats seconds since the start of 1970, cut to whole seconds. False when they are no time.
+bool format_local_time(double seconds, char* start_time) {
+    constexpr double kFirstBeyond = 9.2e18;  // a time_t holds less
+    if (!(std::fabs(seconds) < kFirstBeyond)) return false;
+    const auto whole = static_cast<time_t>(seconds);
+    tm local{};
+    return localtime_r(&whole, &local) != nullptr &&
+           strftime(start_time, kStartTimeSize, "%Y-%m-%dT%H:%M:%S", &local) > 0;
+}
+
+}  // namespace
+
+short get_start_of_test(char* start_time) {
+    enum { SYNC, SYS_TIME, NUM_ENTRIES };
+    FLOGER_DATA_INFO get_list[NUM_ENTRIES] = {};
+    const short sync = find_last_logged_channel(Tr_em_data_chans[EM_SYNC_CHAN]);
+    const short sys_time = find_last_logged_channel(kSystemTime);
+    // A channel that is the synchronisation channel is not the system time as well.
+    if (sys_time < 0 || sys_time == sync) return copy_time_of_test(start_time);
+    if (sync >= 0) ask_for_channel(get_list[SYNC], sync);
+    ask_for_channel(get_list[SYS_TIME], sys_time);
+
+    const short sync_column = get_list[SYNC].column_index;
+    load_phase(NUM_ENTRIES, get_list, sync_column, PHASE_START, PHASE_START);
+    if (get_list[SYNC].num_samples <= 0) {
+        load_phase(NUM_ENTRIES, get_list, sync_column, PHASE_CYCLE, PHASE_CYCLE);
+    }
+    if (get_list[SYNC].num_samples > 0 &&
+        format_local_time(get_list[SYS_TIME].data_ptr[0], start_time)) {
+        return 0;
+    }
+    log_error(kModule, __LINE__, REPORT_WARNING, CODE_FAILED,
+              "Could not get value of %s from floger file %s", kSystemTime, Logr_data_filename);
+    return -1;
+}

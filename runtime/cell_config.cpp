@@ -1,0 +1,111 @@
+#include "runtime/cell_config.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include "inc/numbers.h"
+#include "inc/open_file.h"
+#include "runtime/error_log.h"
+#include "runtime/index_map.h"
+#include "runtime/shared_variables.h"
+#include "runtime/strings.h"
+#include "runtime/text_file.h"
+
+namespace {
+
+constexpr char kModule[] = "read_cell_cfg";
+constexpr short kMaxStreams = 25;  // names on a line
+
+using Line = TOKENS<kMaxStreams>;
+
+// Stores an option line: emission keyword, value, and for some options a PAM keyword.
+void store_option(EMIS_MEMBER& option, const Line& token, bool with_keyword) {
+    option.active = active_by_value(token[1]);
+    copyn(kModule, option.emis_keywd, token[0]);
+    copyn(kModule, option.value, token[1]);
+    if (with_keyword) copyn(kModule, option.keywd, token[2]);
+}
+
+void store_correction(const Line& token, int i) {
+    store_option(Emis_data.cell_cfg.bkgnd_corr_opts[i], token, false);
+}
+
+void store_water_input(const Line& token, int i) {
+    store_option(Emis_data.cell_cfg.cw_h2o_inpt_opts[i], token, true);
+}
+
+void store_bounds(const Line& token, int i) {
+    FLUID_STREAM_LIMITS& limits = Emis_data.cell_cfg.fluid_limits[i];
+    limits.active = active_by_value(token[2]);
+    copyn(kModule, limits.emis_keywd, token[0]);
+    copyn(kModule, limits.chan_keywd, token[1]);
+    copyn(kModule, limits.low_limit, token[2]);
+    copyn(kModule, limits.upper_limit, token[3]);
+    copyn(kModule, limits.units, token[4]);
+    copyn(kModule, limits.meas_loc, token[5]);
+}
+
+void store_streams(const Line& token, int i) {
+    FLUID_STREAMS& streams = Emis_data.cell_cfg.fluids[i];
+    streams.active = 1;
+    for (int name = 0; name < kMaxStreams; ++name)
+        copyn(kModule, streams.stream[name], token[name]);
+}
+
+// The sections by CELL_CFG_ENTRIES.
+struct Section {
+    const char* keyword;
+    int capacity;  // lines
+    void (*store)(const Line& token, int i);
+};
+constexpr Section kSections[NUM_CELL_CFG_ENTRIES] = {
+    {"@BACKGND_CORRECTION_OPTIONS", 2, store_correction},
+    {"@CW_H2O_INPUT_OPTIONS", 2, store_water_input},
+    {"@FLUID_STREAM_BOUNDS", 30, store_bounds},
+    {"@FLUID_STREAM", 16, store_streams},
+};
+
+void read_section(FILE* file, const Section& section) {
+    char line[LINE_SIZE];
+    int count = 0;
+    short status = get_1st_line(file, line, section.keyword);
+    for (; status > 0 && line[0] != '@'; status = get_next_line(file, line)) {
+        if (count < section.capacity) {
+            section.store(Line(line), count++);
+        } else {
+            log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
+                      "More than %d lines of %s, the line is ignored\n   line number=%d   file=%s",
+                      section.capacity, section.keyword, Spec_file_line_count, Cell_cfg_filename);
+        }
+    }
+}
+
+}  // namespace
+
+void read_cell_cfg(void) {
+    for (short entry = 0; entry < NUM_CELL_CFG_ENTRIES; ++entry) {
+        string_associate_indexN(kSections[entry].keyword, entry, CELL_CFG_MAP);
+    }
+    FILE* file = open_for_reading(Cell_cfg_filename);
+    if (file == nullptr) {
+        log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
+                  "Could not open file %s, errno=%s", Cell_cfg_filename, strerror(errno));
+        return;
+    }
+    for (const Section& section : kSections) read_section(file, section);
+    fclose(file);
+}
+
+short get_fuel_consumed_lbl(char* label) {
+    label[0] = '\0';
+    FILE* file = open_for_reading(Cell_cfg_filename);
+    if (file == nullptr) return 0;
+    char line[LINE_SIZE];
+    const short status = get_1st_line(file, line, "@FUEL_CONSUMED_LBL");
+    fclose(file);
+    if (status < 0 || line[0] == '@') return 0;
+    string_trim(line);
+    string_strip(line);
+    copyn(kModule, __LINE__, label, line, ENTRY_SIZE);
+    return 1;
+}

@@ -1,0 +1,53 @@
+// The records of a logger data file: text lines of comma-separated values, turned into columns.
+#ifndef QUON5_RUNTIME_LOGGER_RECORDS_H
+#define QUON5_RUNTIME_LOGGER_RECORDS_H
+
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+// One array of doubles per channel, each with one more cell after its last record, which repeats
+// the last value.
+class LoggerColumns {
+ public:
+    explicit LoggerColumns(int num_channels);
+
+    int num_records() const { return num_records_; }
+    double* column(int channel) const { return columns_[static_cast<std::size_t>(channel)].get(); }
+
+    // Appends `count` records from `rows` ([record][channel]). `expected` is an estimate of the
+    // number of all records. False when there is no memory for them.
+    bool append(const double* rows, int count, long expected);
+    void finish();  // sets the cells after the last record
+
+ private:
+    bool reserve(long records);
+
+    struct Free {
+        void operator()(double* p) const { std::free(p); }
+    };
+    int num_channels_;
+    int num_records_ = 0;
+    long capacity_ = 0;  // records that every column has room for
+    std::vector<std::unique_ptr<double, Free>> columns_;
+};
+
+// What was wrong with the records of a log.
+struct RecordFlaws {
+    int num_flawed = 0;   // records with missing, surplus or invalid values
+    long first_line = 0;  // line of the first of them
+    bool out_of_memory = false;
+    long last_line = 0;  // line of the last record loaded
+};
+
+// Reads the records in `text` into `columns`. `line` is the number of their first line.
+// `release(p)` is called now and then with the point up to which the text has been read.
+RecordFlaws read_records(std::string_view text, long line, int num_channels, LoggerColumns& columns,
+                         void (*release)(const char* read_to));
+
+// Reads a value of a record: a decimal number with optional sign and exponent, or nan or inf in
+// any case, spaces around it allowed. False when `field` is anything else; `value` is then NaN.
+bool read_logged_value(std::string_view field, double& value);
+
+#endif

@@ -1,0 +1,79 @@
+#include "runtime/paths.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "inc/open_file.h"
+#include "runtime/error_log.h"
+#include "runtime/strings.h"
+
+namespace {
+
+constexpr char kModule[] = "file_append";
+
+struct CloseFile {
+    void operator()(FILE* file) const { fclose(file); }
+};
+using File = std::unique_ptr<FILE, CloseFile>;
+
+void copy_part(char* dest, std::string_view part, std::size_t size) {
+    copyn("_splitpath", __LINE__, dest, std::string(part).c_str(), size);
+}
+
+void report_open_failure(const char* filename) {
+    log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED, "Could not open file %s, errno=%s",
+              filename, strerror(errno));
+}
+
+bool is_same_file(FILE* first, FILE* second) {
+    struct stat a {};
+    struct stat b {};
+    return fstat(fileno(first), &a) == 0 && fstat(fileno(second), &b) == 0 &&
+           a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+}  // namespace
+
+void _splitpath(const char* path, char* node, char* dir, char* fname, char* ext) {
+    const std::string_view whole = path;
+    const std::size_t slash = whole.rfind('/');
+    const std::size_t name_start = slash == std::string_view::npos ? 0 : slash + 1;
+    const std::string_view name = whole.substr(name_start);
+    const std::size_t dot = std::min(name.rfind('.'), name.size());
+    node[0] = '\0';
+    copy_part(dir, whole.substr(0, name_start), PATH_DIR_SIZE);
+    copy_part(fname, name.substr(0, dot), PATH_NAME_SIZE);
+    copy_part(ext, name.substr(dot), PATH_EXT_SIZE);
+}
+
+int file_append(const char* first, const char* second) {
+    const File source(open_for_reading(first));
+    if (source == nullptr) {
+        report_open_failure(first);
+        return -1;
+    }
+    const File target(fopen(second, "a"));
+    if (target == nullptr) {
+        report_open_failure(second);
+        return -1;
+    }
+    // A file appended to itself would grow for ever.
+    if (is_same_file(source.get(), target.get())) {
+        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
+                  "File %s is the file %s itself, it is not appended", first, second);
+        return -1;
+    }
+    char block[65536];
+    std::size_t length = 0;
+    while ((length = fread(block, 1, sizeof block, source.get())) > 0) {
+        fwrite(block, 1, length, target.get());
+    }
+    return 0;
+}

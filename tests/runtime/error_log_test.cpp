@@ -1,0 +1,74 @@
+#include "runtime/error_log.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+
+#include <ctime>
+#include <set>
+
+#include "tests/runtime/temporary_file.h"
+
+TEST(ErrorLog, WritesLocalTimeCallerAndTextToTheLogAndToStandardError) {
+    setenv("TZ", "CELL-9:30", 1);
+    tzset();
+    const tests::TEST_LOG log;
+    testing::internal::CaptureStderr();
+    log_error("init", 212, REPORT_ERROR, CODE_BAD_ENTRY, "No %s%c\n   line=%d\n\n", "XY", '\a', 14);
+    const std::string entry = log.contents();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), entry);
+    std::tm local{};
+    const char* const rest = strptime(entry.c_str(), "%Y-%m-%dT%H:%M:%S", &local);
+    EXPECT_STREQ(rest, " init:212 mode=65 code=30000 No XY?\n\t   line=14\n");
+    EXPECT_NEAR(static_cast<double>(mktime(&local)), static_cast<double>(time(nullptr)), 60.0);
+    unsetenv("TZ");
+    tzset();
+}
+
+TEST(ErrorLog, KeepsEveryEntryOnItsOwnLines) {
+    for (const auto& row : tests::rows(R"(
+one\n\ntwo   | one\n\t\n\ttwo
+\tx\r.       | ?x?.
+100 %d °C    | 100 %d °C
+\L           | \L
+\Lx          | \Lx
+\L\L\L\L\L\n | \L\L\L\L\L)")) {
+        const tests::TEST_LOG log;
+        log_error("init", 1, REPORT_WARNING, CODE_FAILED, "%s", row[0].c_str());
+        EXPECT_EQ(log.text(), "init mode=1 code=-1 " + row[1] + "\n");
+    }
+}
+
+TEST(ErrorLog, GoesToStandardErrorAloneWhenTheLogCannotBeOpened) {
+    setenv("TAVRIN_ERROR_LOG", "/no/such/directory/error.log", 1);
+    testing::internal::CaptureStderr();
+    log_error("init", 7, REPORT_INFO, CODE_INFO, "text");
+    EXPECT_TRUE(testing::internal::GetCapturedStderr().ends_with(" init:7 mode=257 code=0 text\n"));
+    unsetenv("TAVRIN_ERROR_LOG");
+}
+
+TEST(ErrorLog, TasksThatShareALogDoNotMixTheirEntries) {
+    const tests::TEST_LOG log;
+    std::multiset<std::string> expected;
+    for (int i = 0; i < 4000; ++i) {
+        const std::string text =
+            std::to_string(i) + std::string(static_cast<unsigned>(i % 97) * 9, 'x');
+        expected.insert("task mode=1 code=0 " + text + "\n\tsecond\n");
+        if (i % 500 != 0 || fork() != 0) continue;
+        dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
+        for (int j = i; j < i + 500; ++j) {
+            const std::string own =
+                std::to_string(j) + std::string(static_cast<unsigned>(j % 97) * 9, 'x');
+            log_error("task", j, REPORT_WARNING, CODE_INFO, "%s\nsecond", own.c_str());
+        }
+        _exit(0);
+    }
+    while (wait(nullptr) > 0) {
+    }
+    std::multiset<std::string> entries;
+    std::istringstream lines(log.text());
+    for (std::string line, second; std::getline(lines, line) && std::getline(lines, second);) {
+        entries.insert(line + "\n" + second + "\n");
+    }
+    EXPECT_EQ(entries.size(), 4000U);
+    EXPECT_TRUE(entries == expected);
+}

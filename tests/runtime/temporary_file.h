@@ -1,0 +1,89 @@
+// Files of a test, its error log, and tables of cases.
+#ifndef QUON5_TESTS_RUNTIME_TEMPORARY_FILE_H
+#define QUON5_TESTS_RUNTIME_TEMPORARY_FILE_H
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace tests {
+
+// A file of the test's own, there as long as the object lives.
+class TEMPORARY_FILE {
+ public:
+    explicit TEMPORARY_FILE(const std::string& contents = "") {
+        close(mkstemp(path_.data()));
+        std::ofstream(path_, std::ios::binary) << contents;
+    }
+    ~TEMPORARY_FILE() { unlink(path()); }
+    TEMPORARY_FILE(const TEMPORARY_FILE&) = delete;
+    TEMPORARY_FILE& operator=(const TEMPORARY_FILE&) = delete;
+    const char* path() const { return path_.c_str(); }
+    std::string contents() const {
+        std::ifstream file(path_, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+ private:
+    std::string path_ = testing::TempDir() + "quon5_XXXXXX";
+};
+
+// Takes the error log into a file of the test's own.
+class TEST_LOG : public TEMPORARY_FILE {
+ public:
+    TEST_LOG() { setenv("TAVRIN_ERROR_LOG", path(), 1); }
+    ~TEST_LOG() { unsetenv("TAVRIN_ERROR_LOG"); }
+    // The entries without times and source lines: "module mode=1 code=0 text".
+    std::string text() const {
+        std::istringstream lines(contents());
+        std::string result;
+        for (std::string line; std::getline(lines, line); result += line + '\n') {
+            if (line.starts_with('\t')) continue;
+            const std::size_t colon = line.find(':', 20);
+            line.erase(colon, line.find(' ', colon) - colon).erase(0, 20);
+        }
+        return result;
+    }
+};
+
+// The parts of `text` between separators.
+inline std::vector<std::string> split(const std::string& text, char separator) {
+    std::vector<std::string> parts(1);
+    for (const char c : text) c == separator ? parts.emplace_back() : parts.back() += c;
+    return parts;
+}
+
+// The rows of a table, one a line, its cells between bars. Blanks around a cell do not count. \n
+// \r \t and \s (a blank) stand for what would not show, \0 for the character zero, \L for 1023
+// and \V for 303 characters x.
+inline std::vector<std::vector<std::string>> rows(const std::string& table) {
+    std::vector<std::vector<std::string>> result;
+    for (const std::string& line : split(table, '\n')) {
+        if (line.empty()) continue;
+        result.emplace_back();
+        for (std::string& cell : split(line, '|')) {
+            cell.erase(0, cell.find_first_not_of(' ')).erase(cell.find_last_not_of(' ') + 1);
+            std::string& text = result.back().emplace_back();
+            for (std::size_t i = 0; i < cell.size(); ++i) {
+                const std::size_t code = std::string("nrts0").find(cell[i + 1]);
+                if (cell[i] != '\\') {
+                    text += cell[i];
+                } else if (++i; code == std::string::npos) {
+                    text += std::string(cell[i] == 'L' ? 1023 : 303, 'x');
+                } else {
+                    text += "\n\r\t \0"[code];
+                }
+            }
+        }
+    }
+    return result;
+}
+
+}  // namespace tests
+
+#endif
