@@ -10,6 +10,8 @@
 #include <cstring>
 #include <limits>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "inc/numbers.h"
 
@@ -177,44 +179,47 @@ class RecordReader {
 
 }  // namespace
 
-LoggerColumns::LoggerColumns(int num_channels)
-    : num_channels_(num_channels), columns_(static_cast<std::size_t>(num_channels)) {}
-
 bool LoggerColumns::reserve(long records) {
+    // An odd number of cache lines from column to column: the values of one record then spread over
+    // the whole cache, where a multiple of the page size would crowd them into one set of it.
+    constexpr long kCacheLineCells = 8;
+    const long stride = ((records + kCacheLineCells - 1) / kCacheLineCells | 1) * kCacheLineCells;
     // More than the machine's memory would not be had, whatever the system promises now.
     const long memory = sysconf(_SC_PHYS_PAGES) / num_channels_ * sysconf(_SC_PAGESIZE);
-    if (records >= INT_MAX || records > memory / static_cast<long>(sizeof(double))) return false;
-    for (auto& column : columns_) {
-        void* const larger =
-            std::realloc(column.get(), static_cast<std::size_t>(records) * sizeof(double));
-        if (larger == nullptr) return false;
-        (void)column.release();
-        column.reset(static_cast<double*>(larger));
+    if (records >= INT_MAX || stride > memory / static_cast<long>(sizeof(double))) return false;
+    const auto num_cells = static_cast<std::size_t>(stride * num_channels_);
+    std::unique_ptr<double, Free> cells(
+        static_cast<double*>(std::malloc(num_cells * sizeof(double))));
+    if (cells == nullptr) return false;
+    for (int channel = 0; channel < num_channels_ && num_records_ > 0; ++channel) {
+        std::copy_n(column(channel), num_records_, cells.get() + channel * stride);
     }
-    capacity_ = records;
+    cells_ = std::move(cells);
+    stride_ = stride;
     return true;
 }
 
 bool LoggerColumns::append(const double* rows, int count, long expected) {
     const long needed = static_cast<long>(num_records_) + count + 1;
     // The estimate is for speed; where it cannot be had, what is needed now may do.
-    if (needed > capacity_ && !reserve(std::max({needed, expected, capacity_ + capacity_ / 4})) &&
+    if (needed > stride_ && !reserve(std::max({needed, expected, stride_ + stride_ / 4})) &&
         !reserve(needed)) {
         return false;
     }
-    const auto channels = static_cast<std::size_t>(num_channels_);
-    for (std::size_t channel = 0; channel < channels; ++channel) {
-        double* const cells = columns_[channel].get() + num_records_;
+    for (int channel = 0; channel < num_channels_; ++channel) {
+        double* const cells = column(channel) + num_records_;
         const double* value = rows + channel;
-        for (int i = 0; i < count; ++i, value += channels) cells[i] = *value;
+        for (int i = 0; i < count; ++i, value += num_channels_) cells[i] = *value;
     }
     num_records_ += count;
     return true;
 }
 
 void LoggerColumns::finish() {
-    if (num_records_ == 0) return;
-    for (auto& column : columns_) column.get()[num_records_] = column.get()[num_records_ - 1];
+    for (int channel = 0; channel < num_channels_ && num_records_ > 0; ++channel) {
+        double* const cells = column(channel);
+        cells[num_records_] = cells[num_records_ - 1];
+    }
 }
 
 bool read_logged_value(std::string_view field, double& value) {

@@ -5,16 +5,15 @@
 #include <cstdlib>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 // One array of doubles per channel, each with one more cell after its last record, which repeats
 // the last value.
 class LoggerColumns {
  public:
-    explicit LoggerColumns(int num_channels);
+    explicit LoggerColumns(int num_channels) : num_channels_(num_channels) {}
 
     int num_records() const { return num_records_; }
-    double* column(int channel) const { return columns_[static_cast<std::size_t>(channel)].get(); }
+    double* column(int channel) const { return cells_.get() + channel * stride_; }
 
     // Appends `count` records from `rows` ([record][channel]). `expected` is an estimate of the
     // number of all records. False when there is no memory for them.
@@ -29,8 +28,8 @@ class LoggerColumns {
     };
     int num_channels_;
     int num_records_ = 0;
-    long capacity_ = 0;  // records that every column has room for
-    std::vector<std::unique_ptr<double, Free>> columns_;
+    long stride_ = 0;  // cells from one column to the next: what each has room for
+    std::unique_ptr<double, Free> cells_;
 };
 
 // What was wrong with the records of a log.
