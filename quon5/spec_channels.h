@@ -3,6 +3,7 @@
 #define QUON5_SPEC_CHANNELS_H
 
 #include <algorithm>
+#include <iterator>
 #include <span>
 
 #include "inc/test_specification.h"
@@ -32,6 +33,7 @@ inline SpecChannels subsystem_channels(const CVS_CI& ci) {
     return filled(ci.subsystem_logi_channels, ci.num_subsystems);
 }
 inline SpecChannels subsystem_group_channels(const CVS_CI& ci, short subsystem) {
+    if (subsystem >= static_cast<short>(std::size(ci.num_subsys_grp_chns))) return {};
     return filled(ci.subsys_logi_grp_channels[subsystem], ci.num_subsys_grp_chns[subsystem]);
 }
 

@@ -14,6 +14,7 @@ namespace {
 
 constexpr char kModule[] = "read_ci_specs";
 constexpr short kMaxSubsystems = 32;
+constexpr int kMaxEcms = 4;
 constexpr int kOverrideSlots = 50;
 
 using Line = TOKENS<4>;
@@ -168,15 +169,16 @@ class SpecificationReader {
 
     // Engine control modules and their overrides.
     void open_ecm(const Line& name) {
+        ecm_ = nullptr;
         if (name[1][0] == '\0') return report("ECM without a name", name[0]);
-        if (!has_room(ci_.num_ecms, 4, "Too many ECMs, ECM", name[1])) return;
-        ECM_DATA& ecm = ci_.ecm[ci_.num_ecms++];
-        copyn(kModule, ecm.ecm_name, name[1]);
-        copyn(kModule, ecm.ecm_model, name[2]);
+        if (!has_room(ci_.num_ecms, kMaxEcms, "Too many ECMs, ECM", name[1])) return;
+        ecm_ = &ci_.ecm[ci_.num_ecms++];
+        copyn(kModule, ecm_->ecm_name, name[1]);
+        copyn(kModule, ecm_->ecm_model, name[2]);
     }
     void open_overrides(const Line& name) {
-        if (ci_.num_ecms == 0) return report("Overrides without an ECM", name[1]);
-        ECM_DATA& ecm = ci_.ecm[ci_.num_ecms - 1];
+        if (ecm_ == nullptr) return report("Overrides without an ECM", name[1]);
+        ECM_DATA& ecm = *ecm_;
         if (name.count() == 1) return open_override_list(ecm.ecm_overrides);
         const ACTIVITY_LIST_NAMES& list = ci_.activity_list;
         const struct {
@@ -221,6 +223,7 @@ class SpecificationReader {
     const char* const* key_names_ = nullptr;
     int num_keys_ = 0;
     CI_OVERRIDE* overrides_ = nullptr;
+    ECM_DATA* ecm_ = nullptr;  // the last ECM; none when it was ignored
 };
 
 const SpecificationReader::Section SpecificationReader::kSections[12] = {

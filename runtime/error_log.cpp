@@ -26,18 +26,13 @@ void append_header(std::string& entry, const char* module, int line, int report_
     entry.append(" code=").append(std::to_string(error_code)).append(" ");
 }
 
-// The message as printf gives it. A short one, the usual case, is formatted once.
+// The message as printf gives it.
 std::string formatted(const char* format, va_list arguments) {
     va_list again;
     va_copy(again, arguments);
-    char text[1024];
-    const int length = vsnprintf(text, sizeof text, format, arguments);
-    std::string message(text, length < 0 ? 0 : static_cast<std::size_t>(length));
-    if (message.size() >= sizeof text) {
-        vsnprintf(message.data(), message.size() + 1, format, again);
-    } else {
-        message.assign(text, message.size());
-    }
+    const int length = vsnprintf(nullptr, 0, format, arguments);
+    std::string message(length < 0 ? 0 : static_cast<std::size_t>(length), '\0');
+    vsnprintf(message.data(), message.size() + 1, format, again);
     va_end(again);
     return message;
 }

@@ -13,7 +13,7 @@ extern "C" {
 // Reads the channel descriptions of `filename` and sets `all_chans` to an array of them, one per
 // channel in column order, with num_channels in each. The array stays valid; chan_name may be
 // changed in place. Returns 1, or 0 when the file cannot be read, has no channel section or more
-// than 32767 channels; the reason is logged.
+// than 32767 channels, which the caller reports.
 short get_logr_chan_info_mem(const char* filename, FLOGER_DATA_INFO** all_chans);
 
 // Loads the stretch of records from the first that meets `start` (none: the first record) up to,

@@ -35,7 +35,10 @@ short x_statistics_acquire(STAT_VARIABLE* stat, double value, double time) {
     }
     if (value < members[MN].value) members[MN].value = value;
     if (value > members[MX].value) members[MX].value = value;
-    if (std::isnan(value)) members[AV].NAN_trapped = 1;
+    if (std::isnan(value)) {
+        members[AV].NAN_trapped = 1;
+        if (stat->sumy == 0) members[IV].NAN_trapped = 1;
+    }
     const long double d = value - base_of(stat);
     stat->sumx += d;
     stat->sumx2 += d * d;

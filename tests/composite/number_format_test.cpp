@@ -28,14 +28,10 @@ double sample(std::uint64_t r, std::uint64_t bits) {
                                           LIMITS::infinity(),
                                           LIMITS::quiet_NaN(),
                                           LIMITS::denorm_min(),
-                                          LIMITS::min(),
                                           LIMITS::max(),
                                           0x1p53,
-                                          0x1p63,
                                           0x1p64,
-                                          0.5,
-                                          999999.9999995,
-                                          9.5};
+                                          999999.9999995};
     const double sign = (bits >> 63) != 0 ? -1.0 : 1.0;
     const auto integer = static_cast<double>((bits & 0xfffffffffffff) >> (r >> 8) % 52);
     switch (r % 64) {
@@ -51,9 +47,11 @@ double sample(std::uint64_t r, std::uint64_t bits) {
             return sign * std::floor(integer / kPowers[(r >> 16) % 10]) / kPowers[(r >> 24) % 10];
         case 1:  // a binary fraction: with few places an exact tie
             return sign * std::ldexp(integer, -static_cast<int>((r >> 16) % 56));
-        case 2:  // half a unit of the last place, or the double next to it
-            return std::nextafter((std::floor(integer) + 0.5) / kPowers[(r >> 16) % 10],
-                                  sign * static_cast<double>((r >> 24) % 3));
+        case 2: {  // half a unit of the last place, or a double next to it
+            const double half = (std::floor(integer) + 0.5) / kPowers[(r >> 16) % 10];
+            const double towards[] = {half, 0.0, LIMITS::infinity()};
+            return sign * std::nextafter(half, towards[(r >> 24) % 3]);
+        }
         default:  // any mantissa, magnitudes from 1e-18 to 1e18
             return std::bit_cast<double>((bits & 0x800fffffffffffff) |
                                          ((963 + (r >> 16) % 120) << 52));

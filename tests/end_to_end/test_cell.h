@@ -1,9 +1,8 @@
-// A small test cell in a directory of its own: the input files of one engine test, a run of the task
-// on them, and what the run left behind.
+// A small test cell in a directory of its own: the input files of one engine test, a run of the
+// task on them, and what the run left behind.
 #ifndef QUON5_TESTS_END_TO_END_TEST_CELL_H
 #define QUON5_TESTS_END_TO_END_TEST_CELL_H
 
-#include <chrono>
 #include <filesystem>
 #include <map>
 #include <source_location>
@@ -12,18 +11,17 @@
 
 // Texts of input files are written with " / " between lines, for one section a line.
 std::string expanded(const std::string& text);
-// Expected text: a "|" at a line's end shows where its blanks end, a ">" at its start is a tab.
+// Expected text: a "|" at a line's end shows where its blanks end, a ">" at its start is a tab, and
+// "@KEYWORD: entry / entry" is a block of these entry lines with its closing empty line (a line
+// that begins with " / " continues it).
 std::string golden(const std::string& text);
 // The part of `text` after the first `from` and before the `to` that follows, or to the end.
 std::string between(const std::string& text, const std::string& from, const std::string& to = "");
-std::string contents(const std::filesystem::path& path);
 // Error log with "module mode code text" for each entry, continuation lines kept.
 std::string entries(const std::string& log);
 
-std::map<std::string, std::string> small_test_files();
-
 class TestCell {
-   public:
+ public:
     TestCell();  // holds the small test, in which nothing is to be reported
     ~TestCell() { std::filesystem::remove_all(directory_); }
     TestCell(const TestCell&) = delete;
@@ -38,8 +36,7 @@ class TestCell {
     // Adds a logged channel; its last value holds for all further records.
     void add_channel(const std::string& line, const std::vector<std::string>& values);
 
-    void start();
-    int finish();  // exit status; -1 when a signal or the time limit of 5 s ended the task
+    int run();  // exit status; above 128 for a signal or after the time limit of 5 s
     // A run and its exit status and whole log; a log that begins with "..." gives only the end.
     void expect_run(int status, const std::string& log,
                     std::source_location where = std::source_location::current());
@@ -48,10 +45,8 @@ class TestCell {
     std::string output(const std::string& name) const;  // contents, "(none)" without such a file
     std::string quon5() const { return output("run7.quon5"); }
 
-   private:
+ private:
     std::filesystem::path directory_;
-    pid_t process_ = 0;
-    std::chrono::steady_clock::time_point deadline_;
 };
 
 // Gives the small test something to write in every block of the emission configuration section.

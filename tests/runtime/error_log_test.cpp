@@ -25,20 +25,13 @@ TEST(ErrorLog, WritesLocalTimeCallerAndTextToTheLogAndToStandardError) {
 }
 
 TEST(ErrorLog, KeepsEveryEntryOnItsOwnLines) {
-    for (const auto& row : tests::rows(R"(
-one\n\ntwo   | one\n\t\n\ttwo
-\tx\r.       | ?x?.
-100 %d °C    | 100 %d °C
-\L           | \L
-\Lx          | \Lx
-\L\L\L\L\L\n | \L\L\L\L\L)")) {
+    for (const auto& row :
+         tests::rows(R"(one\n\ntwo | one\n\t\n\ttwo || \tx\r. | ?x?. || %d °C | %d °C
+\L | \L || \Lx | \Lx || \L\L\L\L\L\n | \L\L\L\L\L)")) {
         const tests::TEST_LOG log;
         log_error("init", 1, REPORT_WARNING, CODE_FAILED, "%s", row[0].c_str());
         EXPECT_EQ(log.text(), "init mode=1 code=-1 " + row[1] + "\n");
     }
-}
-
-TEST(ErrorLog, GoesToStandardErrorAloneWhenTheLogCannotBeOpened) {
     setenv("TAVRIN_ERROR_LOG", "/no/such/directory/error.log", 1);
     testing::internal::CaptureStderr();
     log_error("init", 7, REPORT_INFO, CODE_INFO, "text");
@@ -48,26 +41,19 @@ TEST(ErrorLog, GoesToStandardErrorAloneWhenTheLogCannotBeOpened) {
 
 TEST(ErrorLog, TasksThatShareALogDoNotMixTheirEntries) {
     const tests::TEST_LOG log;
-    std::multiset<std::string> expected;
+    const auto text = [](int i) { return std::to_string(i) + std::string(i % 97 * 9UL, 'x'); };
+    std::multiset<std::string> expected, entries;
     for (int i = 0; i < 4000; ++i) {
-        const std::string text =
-            std::to_string(i) + std::string(static_cast<unsigned>(i % 97) * 9, 'x');
-        expected.insert("task mode=1 code=0 " + text + "\n\tsecond\n");
+        expected.insert("task mode=1 code=0 " + text(i) + "\tsecond");
         if (i % 500 != 0 || fork() != 0) continue;
         dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
-        for (int j = i; j < i + 500; ++j) {
-            const std::string own =
-                std::to_string(j) + std::string(static_cast<unsigned>(j % 97) * 9, 'x');
-            log_error("task", j, REPORT_WARNING, CODE_INFO, "%s\nsecond", own.c_str());
-        }
+        for (int j = i; j < i + 500; ++j) log_error("task", j, 1, 0, "%s\nsecond", text(j).c_str());
         _exit(0);
     }
-    while (wait(nullptr) > 0) {
-    }
-    std::multiset<std::string> entries;
+    while (wait(nullptr) > 0) continue;
     std::istringstream lines(log.text());
     for (std::string line, second; std::getline(lines, line) && std::getline(lines, second);) {
-        entries.insert(line + "\n" + second + "\n");
+        entries.insert(line + second);
     }
     EXPECT_EQ(entries.size(), 4000U);
     EXPECT_TRUE(entries == expected);

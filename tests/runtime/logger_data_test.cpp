@@ -1,11 +1,15 @@
 #include "runtime/logger_data.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstring>
 #include <random>
 
 #include "tests/runtime/temporary_file.h"
+
+using tests::cells;
+using tests::ROW;
 
 namespace {
 
@@ -71,50 +75,37 @@ TEST(LoggerData, ReportsDamagedRecordsOnce) {
         "\r\n\n1,1\n \r\n2,1,2,3\n3,,2\n@A\n5,nan,inf\n6,1,2\r\n7,1");
     const tests::TEST_LOG log;
     FLOGER_DATA_INFO* const chans = load(file);
-    const double expected[3][9] = {{0, 1, 2, 3, NAN, 5, 6, 7, 7},
-                                   {1, 1, 1, NAN, NAN, NAN, 1, 1, 1},
-                                   {2, NAN, 2, 2, NAN, INFINITY, 2, NAN, NAN}};
-    for (int chan = 0; chan < 3; ++chan) {
-        ASSERT_EQ(chans[chan].num_samples, 8);
-        for (int i = 0; i < 9; ++i) {  // the cell after the last record repeats it
-            EXPECT_TRUE(same(chans[chan].data_ptr[i], expected[chan][i])) << chan << " " << i;
-        }
+    EXPECT_EQ(chans[2].num_samples, 8);
+    ROW values;  // with the cell after the last record, which repeats it
+    for (int i = 0; i < 9; ++i) {
+        const ROW record = cells(chans[0].data_ptr[i], chans[1].data_ptr[i], chans[2].data_ptr[i]);
+        values.push_back(record[0] + "," + record[1] + "," + record[2]);
     }
+    EXPECT_EQ(values, (ROW{"0,1,2", "1,1,nan", "2,1,2", "3,nan,2", "nan,nan,nan", "5,nan,inf",
+                           "6,1,2", "7,1,nan", "7,1,nan"}));
     get_logr_data_mem(chans, 3, chans, nullptr, nullptr);
     EXPECT_EQ(log.text(), damage(5, 8, file.path(), 9));
 }
 
 TEST(LoggerData, DescribesTheChannels) {
-    const tests::TEMPORARY_FILE file(R"(@X
-1
-@LOGGED_CHANNELS
-# label units decimals
-'S' sec 15
-"&  NOX  " abcdefghijklmnopq 2
-
-A - 16
-A - -1
-B - x
-@LOGGED_RECORDS
-1,2,3,4,5
-)");
+    const tests::TEMPORARY_FILE file(
+        "@X\n1\n@LOGGED_CHANNELS\n# label\n'S' sec 15\n\"&  NOX  \" abcdefghijklmnopq 2\n\nA - 16\n"
+        "A - -1\nB - x\n@LOGGED_RECORDS\n1,2,3,4,5\n");
     const tests::TEST_LOG log;
-    const FLOGER_DATA_INFO* const chans = load(file);
-    const auto table = tests::rows("S|sec|15\n&  NOX|abcdefghijklmno|2\nA|-|0\nA|-|0\nB|-|0\n");
-    for (short i = 0; i < 5; ++i) {
-        const auto& row = table[static_cast<std::size_t>(i)];
-        EXPECT_EQ(chans[i].chan_name, row[0] + (i == 1 ? "  " : ""));
-        EXPECT_EQ(chans[i].units, row[1]);
-        EXPECT_EQ(chans[i].vrbl_resolution, std::stoi(row[2]));
-        EXPECT_EQ(chans[i].column_index, i);
-        EXPECT_EQ(chans[i].num_channels, 5);
-        EXPECT_EQ(chans[i].data_ptr[0], i + 1);
+    const FLOGER_DATA_INFO* chan = load(file);
+    for (const auto& row :
+         tests::rows(R"(S|sec|15|0|5|1||&  NOX \s|abcdefghijklmno|2|1|5|2||A|-|0|2|5|3
+A|-|0|3|5|4||B|-|0|4|5|5)")) {
+        EXPECT_EQ(cells(chan->chan_name, chan->units, chan->vrbl_resolution, chan->column_index,
+                        chan->num_channels, *chan->data_ptr),
+                  row);
+        ++chan;
     }
-    std::size_t entries = 0;  // the three decimals, and the first channel
-    const std::string text = log.text();
-    for (std::size_t at = 0; (at = text.find(" mode=1 code=30000 ", at)) != std::string::npos; ++at)
-        ++entries;
-    EXPECT_EQ(entries, 4U) << text;
+    int entries = 0;  // the three decimals, and the first channel
+    for (const std::string& line : tests::split(log.text(), '\n')) {
+        entries += line.starts_with("get_logr_chan_info_mem mode=1 code=30000 ");
+    }
+    EXPECT_EQ(entries, 4) << log.text();
 }
 
 TEST(LoggerData, FailsWithoutChannelsItCanTake) {
@@ -135,71 +126,55 @@ TEST(LoggerData, SelectsStretchesOfRecords) {
     const tests::TEMPORARY_FILE file(kTwoChannels +
                                      "0,5\n1,nan\n2,10.5\n3,10\n4,10\n5,20\n6,20\n7,30");
     const FLOGER_DATA_INFO* const chans = load(file);
-    const std::string options = "EQ GE GT LE LT NE ";
-    for (const auto& row : tests::rows(R"(
-EQ 10   | EQ 20   |  3 |  5 | 2
-EQ 20   | EQ 30   |  5 |  7 | 2
-EQ 10   | EQ 10   |  3 |  4 | 1
-EQ 30   | EQ 30   |  7 | -7 | 1
-EQ 20   | EQ 99   |  5 | -7 | 3
-EQ 99   | EQ 10   | -7 | -7 | 0
-        |         | -7 | -7 | 8
-        | EQ 5    | -7 | -7 | 8
-        | EQ 20   | -7 |  5 | 5
-GE 20   |         |  5 | -7 | 3
-GT 10   |         |  2 | -7 | 6
-LE 5    |         |  0 | -7 | 8
-LT 5    |         | -7 | -7 | 0
-LT 6    | LT 6    |  0 | -7 | 8
-NE 5    | NE 10   |  2 |  5 | 3
-EQ 5    | GE 10   |  0 |  2 | 2
-EQ 5    | LE 10   |  0 |  3 | 3
-EQ 10.5 | GT 19.9 |  2 |  5 | 3
-NE nan  |         | -7 | -7 | 0
-EQ 10 at 99 | EQ 10 | -7 | -7 | 0
-)")) {
-        SCOPED_TRACE(row[0] + " to " + row[1]);
-        FLOGER_SRCH_INFO srch[2] = {};
-        for (std::size_t i = 0; i < 2; ++i) {
-            srch[i].srch_met_rcd = -7;
-            if (row[i].empty()) continue;
-            srch[i].srch_opt = SRCH_OPTIONS(options.find(row[i].substr(0, 2)) / 3);
-            srch[i].column_index = row[i].ends_with("at 99") ? 99 : 1;
-            const double value = std::stod(row[i].substr(3));
-            srch[i].srch_type = value == std::floor(value) ? INT_TYPE : REAL_TYPE;
-            if (srch[i].srch_type == INT_TYPE)
-                srch[i].value.srch_long = static_cast<int>(value);
-            else
-                srch[i].value.srch_dbl = value;
-        }
+    const auto condition = [](const std::string& text) {
+        FLOGER_SRCH_INFO srch{};
+        srch.srch_met_rcd = -7;
+        if (text.empty()) return srch;
+        const double value = std::stod(text.substr(3));
+        srch.srch_opt =
+            static_cast<SRCH_OPTIONS>(std::string("EQ GE GT LE LT NE").find(text.substr(0, 2)) / 3);
+        srch.column_index = text.ends_with("at 99") ? 99 : 1;
+        srch.srch_type = value == std::floor(value) ? INT_TYPE : REAL_TYPE;
+        if (srch.srch_type == REAL_TYPE) srch.value.srch_dbl = value;
+        if (srch.srch_type == INT_TYPE) srch.value.srch_long = static_cast<int>(value);
+        return srch;
+    };
+    // start and stop condition, the records that met them (-7: none), samples and result
+    for (const auto& row :
+         tests::rows(R"(EQ 10 | EQ 20 | 3 | 5 | 2 | 0 || EQ 20 | EQ 30 | 5 | 7 | 2 | 0
+EQ 10 | EQ 10 | 3 | 4 | 1 | 0 || EQ 30 | EQ 30 | 7 | -7 | 1 | 0 || EQ 20 | EQ 99 | 5 | -7 | 3 | 0
+EQ 99 | EQ 10 | -7 | -7 | 0 | -1 || | | -7 | -7 | 8 | 0 || | EQ 5 | -7 | -7 | 8 | 0 || | EQ 20 | -7 | 5 | 5 | 0
+GE 20 | | 5 | -7 | 3 | 0 || GT 10 | | 2 | -7 | 6 | 0 || LE 5 | | 0 | -7 | 8 | 0 || LT 5 | | -7 | -7 | 0 | -1
+LT 6 | LT 6 | 0 | -7 | 8 | 0 || NE 5 | NE 10 | 2 | 5 | 3 | 0 || EQ 5 | GE 10 | 0 | 2 | 2 | 0
+EQ 5 | LE 10 | 0 | 3 | 3 | 0 || EQ 10.5 | GT 19.9 | 2 | 5 | 3 | 0 || NE nan | | -7 | -7 | 0 | -1
+EQ 10 at 99 | EQ 10 | -7 | -7 | 0 | -1)")) {
+        FLOGER_SRCH_INFO start = condition(row[0]);
+        FLOGER_SRCH_INFO stop = condition(row[1]);
         FLOGER_DATA_INFO list[2] = {chans[1], chans[0]};
-        const int num_samples = std::stoi(row[4]);
-        EXPECT_EQ(get_logr_data_mem(chans, 2, list, row[0].empty() ? nullptr : &srch[0],
-                                    row[1].empty() ? nullptr : &srch[1]),
-                  num_samples == 0 ? -1 : 0);
-        EXPECT_EQ(srch[0].srch_met_rcd, std::stoi(row[2]));
-        EXPECT_EQ(srch[1].srch_met_rcd, std::stoi(row[3]));
-        EXPECT_EQ(list[0].num_samples, num_samples);
-        ASSERT_EQ(list[1].num_samples, num_samples);
-        EXPECT_EQ(std::isnan(list[1].data_ptr[0]), num_samples == 0);
-        const int first = std::max(srch[0].srch_met_rcd, 0);
-        for (int i = 0; num_samples != 0 && i <= num_samples; ++i)
+        const short result = get_logr_data_mem(chans, 2, list, row[0].empty() ? nullptr : &start,
+                                               row[1].empty() ? nullptr : &stop);
+        const int n = list[1].num_samples;
+        EXPECT_EQ(cells(row[0], row[1], start.srch_met_rcd, stop.srch_met_rcd, n, result), row);
+        EXPECT_EQ(list[0].num_samples, n);
+        const int first = std::max(start.srch_met_rcd, 0);
+        EXPECT_EQ(std::isnan(list[1].data_ptr[0]), n == 0) << row[0];
+        for (int i = 0; n != 0 && i <= n; ++i)
             EXPECT_EQ(list[1].data_ptr[i], std::min(first + i, 7));
     }
 }
 
 TEST(LoggerData, ListEntriesAreChannelsByColumnAndName) {
-    for (const char* records : {"0,1\n1,2\n", ""}) {
+    for (const std::string records : {"0,1\n1,2\n", ""}) {
         const tests::TEMPORARY_FILE file(kTwoChannels + records);
         FLOGER_DATA_INFO* const chans = load(file);
         std::strcpy(chans[1].chan_name, "PHASE");
-        for (const auto& row : tests::rows("time|0|2\nPHASE|1|2\nSYNC|1|0\ntime|1|0\n|0|0\ntime|-1|"
-                                           "0\nPHASE|2|0\nx|32767|0")) {
+        for (const auto& row : tests::rows("time|0|2||PHASE|1|2||SYNC|1|0||time|1|0|| "
+                                           "|0|0||time|-1|0||PHASE|2|0||x|32767|0")) {
             FLOGER_DATA_INFO entry{};
             std::strcpy(entry.chan_name, row[0].c_str());
             entry.column_index = static_cast<short>(std::stoi(row[1]));
             get_logr_data_mem(chans, 1, &entry, nullptr, nullptr);
-            EXPECT_EQ(entry.num_samples, *records == '\0' ? 0 : std::stoi(row[2])) << row[0];
+            EXPECT_EQ(entry.num_samples, records.empty() ? 0 : std::stoi(row[2])) << row[0];
             EXPECT_EQ(std::isnan(entry.data_ptr[0]), entry.num_samples == 0) << row[0];
         }
     }

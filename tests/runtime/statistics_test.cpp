@@ -22,13 +22,10 @@ STAT_VARIABLE statistics_of(const std::vector<double>& samples) {
 }  // namespace
 
 TEST(Statistics, SmallSets) {
-    for (const auto& row : tests::rows(R"(
-10.60 11.91 11.09 | 10.60 | 11.20 | 10.60 | 11.91 | 0.6619
--7.5              | -7.5  | -7.5  | -7.5  | -7.5  | 0
-3 3               | 3     | 3     | 3     | 3     | 0
-                  | nan   | nan   | nan   | nan   | nan
-1 nan 3           | 1     | nan   | nan   | nan   | nan
-nan 2             | nan   | nan   | nan   | nan   | nan)")) {
+    // the samples, initial value, mean, minimum, maximum, standard deviation
+    for (const auto& row : tests::rows(R"(10.60 11.91 11.09 | 10.60 | 11.20 | 10.60 | 11.91 | 0.6619
+-7.5 | -7.5 | -7.5 | -7.5 | -7.5 | 0 || 3 3 | 3 | 3 | 3 | 3 | 0 || | nan | nan | nan | nan | nan
+1 nan 3 | 1 | nan | nan | nan | nan || nan 2 | nan | nan | nan | nan | nan)")) {
         std::vector<double> samples;
         if (!row[0].empty()) {
             for (const auto& word : tests::split(row[0], ' ')) samples.push_back(std::stod(word));

@@ -58,11 +58,15 @@ inline std::vector<std::string> split(const std::string& text, char separator) {
     return parts;
 }
 
-// The rows of a table, one a line, its cells between bars. Blanks around a cell do not count. \n
-// \r \t and \s (a blank) stand for what would not show, \0 for the character zero, \L for 1023
-// and \V for 303 characters x.
-inline std::vector<std::vector<std::string>> rows(const std::string& table) {
-    std::vector<std::vector<std::string>> result;
+// The rows of a table, ended by a line end or "||", their cells between bars. Blanks around a cell
+// do not count. \n \r \t and \s (a blank) stand for what would not show, \0 for the character zero,
+// \L for 1023 and \V for 303 characters x.
+using ROW = std::vector<std::string>;
+inline std::vector<ROW> rows(std::string table) {
+    for (std::size_t at = 0; (at = table.find("||", at)) != std::string::npos;) {
+        table.replace(at, 2, "\n");
+    }
+    std::vector<ROW> result;
     for (const std::string& line : split(table, '\n')) {
         if (line.empty()) continue;
         result.emplace_back();
@@ -82,6 +86,13 @@ inline std::vector<std::vector<std::string>> rows(const std::string& table) {
         }
     }
     return result;
+}
+
+// Results as the cells of a row.
+template <class... VALUES>
+ROW cells(const VALUES&... values) {
+    const auto text = [](const auto& value) { return (std::ostringstream() << value).str(); };
+    return {text(values)...};
 }
 
 }  // namespace tests
