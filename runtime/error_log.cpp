@@ -26,17 +26,6 @@ void append_header(std::string& entry, const char* module, int line, int report_
     entry.append(" code=").append(std::to_string(error_code)).append(" ");
 }
 
-// The message as printf gives it.
-std::string formatted(const char* format, va_list arguments) {
-    va_list again;
-    va_copy(again, arguments);
-    const int length = vsnprintf(nullptr, 0, format, arguments);
-    std::string message(length < 0 ? 0 : static_cast<std::size_t>(length), '\0');
-    vsnprintf(message.data(), message.size() + 1, format, again);
-    va_end(again);
-    return message;
-}
-
 void append_message(std::string& entry, std::string_view message) {
     while (!message.empty() && message.back() == '\n') message.remove_suffix(1);
     for (const char c : message) {
@@ -66,7 +55,11 @@ void log_error(const char* module, int line, int report_mode, int error_code, co
     const int saved_errno = errno;
     va_list arguments;
     va_start(arguments, format);
-    const std::string message = formatted(format, arguments);
+    const int length = vsnprintf(nullptr, 0, format, arguments);
+    va_end(arguments);
+    std::string message(length < 0 ? 0 : static_cast<std::size_t>(length), '\0');
+    va_start(arguments, format);
+    vsnprintf(message.data(), message.size() + 1, format, arguments);
     va_end(arguments);
 
     std::string entry;

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 namespace {
 
@@ -99,8 +100,7 @@ char* write_scaled(char* out, std::uint64_t scaled, int decimals) {
 
 char* write_fixed(char* out, double value, int decimals) {
     if (std::isnan(value)) {
-        std::memcpy(out, "nan", 3);
-        return out + 3;
+        return out + std::string_view("nan").copy(out, 3);
     }
     std::uint64_t scaled = 0;
     if (decimals >= 0 && decimals <= kMaxDecimals &&

@@ -126,7 +126,8 @@ class HeaderWriter {
     short find_column(const char* label) {
         if (found_time_) return find_logged_channel(label);
         const char* const time = Tr_em_data_chans[EM_TIME_CHAN];
-        for (short j = 0; j < All_chans[0].num_channels; ++j) {
+        const auto num_channels = static_cast<short>(All_chans[0].num_channels);
+        for (short j = 0; j < num_channels; ++j) {
             if (!found_time_ && std::strcmp(All_chans[j].chan_name, time) == 0) {
                 fputs("LOG_TM", file_);
                 found_time_ = write_comma_ = true;
