@@ -5,6 +5,7 @@
 
 #include "inc/numbers.h"
 #include "inc/open_file.h"
+#include "inc/zero_record.h"
 #include "runtime/error_log.h"
 #include "runtime/shared_variables.h"
 #include "runtime/strings.h"
@@ -244,7 +245,9 @@ const SpecificationReader::Section SpecificationReader::kSections[12] = {
 }  // namespace
 
 short read_ci_specs(const char* filename, CVS_CI* customer_input, int /*flags*/) {
-    std::memset(customer_input, 0, sizeof *customer_input);
+    static bool untouched = true;
+    bool dirty = false;  // as any record other than the task's must be taken to be
+    zero_record(*customer_input, customer_input == &Customer_input ? untouched : dirty);
     Version_cvsci = 0;
     FILE* file = open_for_reading(filename);
     if (file == nullptr) {

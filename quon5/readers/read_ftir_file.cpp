@@ -4,6 +4,7 @@
 
 #include "inc/numbers.h"
 #include "inc/open_file.h"
+#include "inc/zero_record.h"
 #include "quon5/process_records.h"
 #include "quon5/readers/chk_kw_n_specs.h"
 #include "quon5/readers/ftir_keywords.h"
@@ -262,7 +263,8 @@ void read_ftir_file(const char* filename) {
     for (short i = 0; i < NUM_EMIS_ENTRIES; ++i) {
         string_associate_indexN(Keywords[i], i, KEYWORDS_MAP);
     }
-    std::memset(&Ftir, 0, sizeof Ftir);
+    static bool untouched = true;
+    zero_record(Ftir, untouched);
     FILE* file = open_for_reading(filename);
     if (file == nullptr) {
         log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
