@@ -60,7 +60,7 @@ long num_newlines(const char* filename, std::size_t size) {
 
 void write_rows(FILE* file) {
     CompositeRows rows(file, 0.0);
-    rows.add_time_column(All_chans[0]);
+    rows.add_column(All_chans[0]);
     for (int i = 1; i < All_chans[0].num_channels; ++i) rows.add_column(All_chans[i]);
     rows.write(0, sizes.num_records);
 }

@@ -6,6 +6,12 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <memory>
+
+struct CloseFile {
+    void operator()(FILE* file) const { fclose(file); }
+};
+using File = std::unique_ptr<FILE, CloseFile>;
 
 // Opens `filename` for reading. Returns no stream, with errno set, when it cannot be opened; a
 // directory counts as such a file (fopen alone would open it and then read nothing from it).

@@ -1,8 +1,5 @@
 #include "quon5/init.h"
 
-#include <strings.h>
-
-#include <cstdlib>
 #include <cstring>
 
 #include "inc/command_line.h"
@@ -154,9 +151,7 @@ short register_names(const char (*names)[80], short count, INDEX_MAPS map, const
 }
 
 short open_quon5_file() {
-    const char* append = getenv("WRITE_APPEND");
-    const bool appends = append != nullptr && strcasecmp(append, "yes") == 0;
-    Quon5_optr = fopen(Quon5_output_filename, appends ? "a" : "w");
+    Quon5_optr = fopen(Quon5_output_filename, append_mode() ? "a" : "w");
     if (Quon5_optr == nullptr) {
         log_error(kModule, __LINE__, REPORT_WARNING, CODE_NOT_OPENED, "Unable to open file %s",
                   Quon5_output_filename);
@@ -213,25 +208,17 @@ short open_files() {
 // The map is the third component of the restriction file's directory.
 void derive_map() {
     if (Exh_Int_Restr_filename[0] == '\0') return;
-    char node[PATH_NODE_SIZE];
-    char dir[PATH_DIR_SIZE];
-    char name[PATH_NAME_SIZE];
-    char ext[PATH_EXT_SIZE];
-    _splitpath(Exh_Int_Restr_filename, node, dir, name, ext);
+    PATH_PARTS path(Exh_Int_Restr_filename);
     char* rest = nullptr;
-    const char* component = strtok_r(dir, "/", &rest);
+    const char* component = strtok_r(path.dir, "/", &rest);
     for (int i = 1; i < 3 && component != nullptr; ++i) component = strtok_r(nullptr, "/", &rest);
     if (component != nullptr) copyn(kModule, Map, component);
 }
 
 // The run number is the emission bench file's extension.
 void derive_run_number() {
-    char node[PATH_NODE_SIZE];
-    char dir[PATH_DIR_SIZE];
-    char name[PATH_NAME_SIZE];
-    char ext[PATH_EXT_SIZE];
-    _splitpath(Em_cart_filename, node, dir, name, ext);
-    Run_num = ext[0] == '\0' ? 0 : static_cast<int>(leading_integer(ext + 1));
+    const PATH_PARTS path(Em_cart_filename);
+    Run_num = path.ext[0] == '\0' ? 0 : static_cast<int>(leading_integer(path.ext + 1));
 }
 
 }  // namespace

@@ -1,5 +1,9 @@
 #include "quon5/process_records.h"
 
+#include <strings.h>
+
+#include <cstdlib>
+
 extern "C" {
 
 KEYWORD* Keyword_memory;
@@ -54,3 +58,8 @@ char Em_species_map[NUM_SPECIES_ROWS][80];
 short Species_measrd[NUM_SPECIES_ROWS];
 
 FTIR_DATA Ftir;
+
+bool append_mode() {
+    const char* const append = getenv("WRITE_APPEND");
+    return append != nullptr && strcasecmp(append, "yes") == 0;
+}

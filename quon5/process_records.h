@@ -49,4 +49,8 @@ extern short Species_measrd[NUM_SPECIES_ROWS];     // 1 when measured
 
 extern FTIR_DATA Ftir;
 
+// Append mode: the environment variable WRITE_APPEND is "yes", in any case. The result files are
+// then appended to.
+bool append_mode();
+
 #endif

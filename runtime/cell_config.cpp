@@ -66,18 +66,17 @@ constexpr Section kSections[NUM_CELL_CFG_ENTRIES] = {
 };
 
 void read_section(FILE* file, const Section& section) {
-    char line[LINE_SIZE];
+    TextLine line;
     int count = 0;
-    short status = get_1st_line(file, line, section.keyword);
-    for (; status > 0 && line[0] != '@'; status = get_next_line(file, line)) {
+    walk_section(file, line, section.keyword, [&](const char* text) {
         if (count < section.capacity) {
-            section.store(Line(line), count++);
+            section.store(Line(text), count++);
         } else {
             log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
                       "More than %d lines of %s, the line is ignored\n   line number=%d   file=%s",
                       section.capacity, section.keyword, Spec_file_line_count, Cell_cfg_filename);
         }
-    }
+    });
 }
 
 }  // namespace

@@ -81,19 +81,12 @@ void store_variable(const TOKENS<3>& token) {
 
 // Reads the whole file; returns the number of keywords.
 int read_keyword_file(FILE* file, const char* filename) {
-    char line[LINE_SIZE];
+    TextLine line;
     int count = 0;
-    for (const bool keywords : {true, false}) {
-        short status = get_1st_line(file, line, keywords ? "@KEYWORDS" : "@VARIABLES");
-        for (; status > 0 && line[0] != '@'; status = get_next_line(file, line)) {
-            const TOKENS<3> token(line);
-            if (keywords) {
-                store_keyword(filename, token, count);
-            } else {
-                store_variable(token);
-            }
-        }
-    }
+    walk_section(file, line, "@KEYWORDS",
+                 [&](const char* text) { store_keyword(filename, TOKENS<3>(text), count); });
+    walk_section(file, line, "@VARIABLES",
+                 [](const char* text) { store_variable(TOKENS<3>(text)); });
     return std::min(count, MAX_KEYWORDS);
 }
 

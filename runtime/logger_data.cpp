@@ -53,11 +53,9 @@ short read_decimals(const char* text, const char* label, const char* filename) {
 }
 
 void read_channels(FILE* file, const char* filename, std::vector<FLOGER_DATA_INFO>& channels) {
-    char line[LINE_SIZE];
-    short status = get_1st_line(file, line, "@LOGGED_CHANNELS");
-    for (; status > 0 && line[0] != '@'; status = get_next_line(file, line)) {
-        if (channels.size() > kMaxChannels) return;
-        const TOKENS<3> token(line);
+    TextLine line;
+    walk_section(file, line, "@LOGGED_CHANNELS", [&](const char* text) {
+        const TOKENS<3> token(text);
         FLOGER_DATA_INFO channel{};
         copyn("get_logr_chan_info_mem", channel.chan_name, token[0]);
         copyn("get_logr_chan_info_mem", channel.units, token[1]);
@@ -65,7 +63,8 @@ void read_channels(FILE* file, const char* filename, std::vector<FLOGER_DATA_INF
         channel.column_index = static_cast<short>(channels.size());
         channel.data_ptr = &no_value;
         channels.push_back(channel);
-    }
+        return channels.size() <= kMaxChannels;
+    });
 }
 
 // The file mapped into memory; empty when it cannot be.

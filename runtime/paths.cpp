@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -17,11 +16,6 @@
 namespace {
 
 constexpr char kModule[] = "file_append";
-
-struct CloseFile {
-    void operator()(FILE* file) const { fclose(file); }
-};
-using File = std::unique_ptr<FILE, CloseFile>;
 
 void copy_part(char* dest, std::string_view part, std::size_t size) {
     copyn("_splitpath", __LINE__, dest, std::string(part).c_str(), size);

@@ -21,4 +21,14 @@ int file_append(const char* first, const char* second);
 
 }  // extern "C"
 
+// The parts of one path.
+struct PATH_PARTS {
+    char node[PATH_NODE_SIZE];
+    char dir[PATH_DIR_SIZE];
+    char name[PATH_NAME_SIZE];
+    char ext[PATH_EXT_SIZE];
+
+    explicit PATH_PARTS(const char* path) { _splitpath(path, node, dir, name, ext); }
+};
+
 #endif

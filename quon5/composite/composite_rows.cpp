@@ -9,10 +9,6 @@ constexpr int kCacheLineValues = 8;
 
 }  // namespace
 
-void CompositeRows::add_time_column(const FLOGER_DATA_INFO& channel) {
-    add_column(channel);
-}
-
 void CompositeRows::add_column(const FLOGER_DATA_INFO& channel) {
     columns_.push_back({channel.data_ptr, channel.vrbl_resolution});
 }

@@ -12,9 +12,8 @@ class CompositeRows {
     // `time_offset` is subtracted from every time.
     CompositeRows(FILE* file, double time_offset) : file_(file), time_offset_(time_offset) {}
 
-    // The columns in their order. Values are those of all records of the log, each written with its
-    // channel's decimals. Without the time column the rows are empty lines.
-    void add_time_column(const FLOGER_DATA_INFO& channel);
+    // Adds a column, the time column first. Its values are those of all records of the log, written
+    // with the channel's decimals. Without any column the rows are empty lines.
     void add_column(const FLOGER_DATA_INFO& channel);
 
     // Writes the records from `first` to `last` - 1.

@@ -1,9 +1,6 @@
 #include "quon5/composite/quon_end.h"
 
-#include <strings.h>
-
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <initializer_list>
 #include <vector>
@@ -91,8 +88,7 @@ double start_time_offset(PhaseSearch& phases) {
 
 // Opens the composite file; in append mode the sibling result files join the quon5 file first.
 FILE* open_composite_file() {
-    const char* append = getenv("WRITE_APPEND");
-    const bool appends = append != nullptr && strcasecmp(append, "yes") == 0;
+    const bool appends = append_mode();
     if (appends) {
         file_append(Quon6_filename, Quon5_output_filename);
         file_append(Quon7_filename, Quon5_output_filename);
@@ -251,7 +247,7 @@ void quon_end(const EM_CHAN_INFO* em_chan) {
     const RecordRange range = record_range(phases);
 
     CompositeRows rows(file, strt_time_offset);
-    if (!ci.empty()) rows.add_time_column(All_chans[0]);
+    if (!ci.empty()) rows.add_column(All_chans[0]);
     for (const CI_CHANNEL& channel : ci) {
         if (channel.floger_data_index >= 0) rows.add_column(All_chans[channel.floger_data_index]);
     }

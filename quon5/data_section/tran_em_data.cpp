@@ -1,7 +1,6 @@
 #include "quon5/data_section/tran_em_data.h"
 
 #include <initializer_list>
-#include <memory>
 
 #include "inc/numbers.h"
 #include "inc/open_file.h"
@@ -214,10 +213,6 @@ void process_keywd_value(FILE* fptr, const char* fname, const char* keywd, short
 
 short tran_em_data(short /*cell_num*/, const FLOGER_DATA_INFO* /*all_chans*/,
                    double floger_cycle_time, const char* mps_filter_id) {
-    struct CloseFile {
-        void operator()(FILE* file) const { fclose(file); }
-    };
-    using File = std::unique_ptr<FILE, CloseFile>;
     const File cell_cfg(
         open_or_report(Cell_cfg_filename, REPORT_WARNING, "Unable to open file %s"));
     if (cell_cfg == nullptr) return -1;

@@ -22,14 +22,12 @@ struct RunIdentity {
     char map[80];
 
     RunIdentity() {
-        char node[PATH_NODE_SIZE];
-        char dir[PATH_DIR_SIZE];
-        char name[PATH_NAME_SIZE];
-        _splitpath(Quon6_filename, node, dir, name, cycle);
+        const PATH_PARTS path(Quon6_filename);
+        copyn(kModule, cycle, path.ext);
         if (cycle[0] != '\0') cycle[0] = ' ';  // the dot
         string_trim(cycle);
         string_strip(cycle);
-        const TOKENS<10> components(dir, "/", 65);
+        const TOKENS<10> components(path.dir, "/", 65);
         copyn(kModule, map, components.count() > 0 ? components[components.count() - 1] : "");
     }
 };

@@ -20,8 +20,7 @@ short valid_keywd_extension(const char* token) {
 const char* trim_keyword(const char* token) {
     static char name[80];
     copyn("read_ftir_file", name, token);
-    char* const after_first = name[0] == '\0' ? name : name + 1;
-    char* const at = std::strchr(name[0] == '@' ? after_first : name, '@');
+    char* const at = std::strchr(name[0] == '@' ? name + 1 : name, '@');
     if (at != nullptr) *at = '\0';
     return name;
 }

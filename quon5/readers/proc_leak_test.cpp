@@ -56,11 +56,7 @@ void process_leak_test(LEAK_TRAINS_U leak, const char* line) {
     }
     LEAK_TEST& test = Emis_data.leak[leak.value];
     test.active = active_by_value(token[2]);
-    copyn(kModule, test.train, token[0]);
-    copyn(kModule, test.train_num, token[1]);
-    copyn(kModule, test.flow_value, token[2]);
-    copyn(kModule, test.flow_units, token[3]);
-    copyn(kModule, test.leak_value, token[4]);
+    fill_leak_test(kModule, test, token);
     copyn(kModule, test.leak_units, token[5]);
 
     const short last = token.count() > 0 ? static_cast<short>(token.count() - 1) : short{0};
@@ -75,9 +71,7 @@ void process_leak_test(LEAK_TRAINS_U leak, const char* line) {
                       "file=%s");
     }
     if (leak.value == LEAK_CONT_SAMPL_1) {
-        // The particulate cart file has line numbers of its own.
-        const short line_count = Spec_file_line_count;
+        const SAVED_LINE_COUNT bench_line;
         read_pcd_file(LEAK_SAMPL_MPS_PM);
-        Spec_file_line_count = line_count;
     }
 }

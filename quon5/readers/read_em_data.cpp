@@ -115,10 +115,8 @@ class BenchReader {
         copyn(kModule, sample.train_name, token[1]);
         copyn(kModule, sample.keywd, species < 0 ? "-999999" : Em_species_map[species]);
         if (prop_smpl_++ == PROP_BATCH_SAMPL_1) {
-            // The particulate cart file has line numbers of its own.
-            const short line_count = Spec_file_line_count;
+            const SAVED_LINE_COUNT bench_line;
             read_pcd_file(PROP_SAMPL_MPS_PM);
-            Spec_file_line_count = line_count;
         }
     }
 

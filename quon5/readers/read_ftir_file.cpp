@@ -210,11 +210,7 @@ class FtirReader {
     void store_leak_test(LEAK_TEST_FTIR& test, const char* text) const {
         const TOKENS<75> token(text);
         test.active = 1;
-        copyn(kModule, test.train, token[0]);
-        copyn(kModule, test.train_num, token[1]);
-        copyn(kModule, test.flow_value, token[2]);
-        copyn(kModule, test.flow_units, token[3]);
-        copyn(kModule, test.leak_value, token[4]);
+        fill_leak_test(kModule, test, token);
         copyn(kModule, test.leak_units, token[5]);
         int end = token.count();
         const char* const last = token[end > 0 ? end - 1 : 0];
@@ -271,9 +267,8 @@ void read_ftir_file(const char* filename) {
                   "Could not open file %s No data will be available from FTIR cart", filename);
         return;
     }
-    const short line_count = Spec_file_line_count;
+    const SAVED_LINE_COUNT bench_line;
     Spec_file_line_count = 0;
     FtirReader(file, filename).read();
     fclose(file);
-    Spec_file_line_count = line_count;
 }

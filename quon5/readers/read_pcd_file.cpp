@@ -54,11 +54,7 @@ void store_leak_test(short pcd_index, const char* line) {
     }
     LEAK_TEST& test = Emis_data.leak[pcd_index];
     test.active = active_by_value(token[2]);
-    copyn(kModule, test.train, token[0]);
-    copyn(kModule, test.train_num, token[1]);
-    copyn(kModule, test.flow_value, token[2]);
-    copyn(kModule, test.flow_units, token[3]);
-    copyn(kModule, test.leak_value, token[4]);
+    fill_leak_test(kModule, test, token);
     if (token.count() > 5) copyn(kModule, test.leak_units, token[5]);
     if (token.count() > 6) copyn(kModule, test.date, token[6]);
 }

@@ -129,15 +129,11 @@ CycleEnd find_cycle_end(TimingChannels& channels, double target) {
 }
 
 void report_count_by_time(int time_count, int num_cycle_sets, double end_time) {
-    char node[PATH_NODE_SIZE];
-    char dir[PATH_DIR_SIZE];
-    char name[PATH_NAME_SIZE];
-    char ext[PATH_EXT_SIZE];
-    _splitpath(Quon5_output_filename, node, dir, name, ext);
+    const PATH_PARTS path(Quon5_output_filename);
     log_error(kModule, __LINE__, REPORT_INFO, CODE_INFO,
               "Run = %s, Time based num of records = %d, \n     sync_chan based num of records = "
               "%d, \n     floger time of ending record = %lf",
-              name, time_count, num_cycle_sets, end_time);
+              path.name, time_count, num_cycle_sets, end_time);
 }
 
 // The slot of the logged cycle name in the test specification, -1 when there is none.
@@ -169,14 +165,15 @@ short variable_cycle_time() {
     const short slot = logged_cycle();
     if (slot >= 0) {
         const char* reference = Customer_input.cycle_keys[slot][REFERENCE_CYCLE_NAME].value;
-        char line[LINE_SIZE];
-        short status = get_1st_line(orda_specs, line, kVariableCycles);
-        for (; status > 0 && line[0] != '@' && variable == 0;
-             status = get_next_line(orda_specs, line)) {
-            string_trim(line);
-            string_strip(line);
-            variable = std::strcmp(line, reference) == 0 ? 1 : 0;
-        }
+        TextLine line;
+        walk_section(orda_specs, line, kVariableCycles, [&](const char* text) {
+            TextLine name;
+            copyn(kModule, name, text);
+            string_trim(name);
+            string_strip(name);
+            variable = std::strcmp(name, reference) == 0 ? 1 : 0;
+            return variable == 0;
+        });
     }
     fclose(orda_specs);
     return variable;
