@@ -11,11 +11,6 @@ namespace {
 
 using namespace reader_test;
 
-const std::string kX(100, 'x');
-std::string x(std::size_t count) {
-    return std::string(count, 'x');
-}
-
 // What the lines, from line 4 of a bench file that maps HC to KHC and CO to KCO, leave.
 void expect_bench(const std::string& lines, const std::string& entries, FILES files = {}) {
     files["bench"] = "@SPECIES_TAG_TO_KEYWORD_MAPPING / HC KHC / CO KCO / " + lines;
@@ -58,19 +53,18 @@ TEST(EmissionBench, EachSectionHasItsPlace) {
 }
 
 TEST(EmissionBench, NoValueRule) {
-    const std::pair<const char*, int> values[] = {{"-999989", 1},
-                                                  {"-999990", 0},
-                                                  {"-999989.7", 1},
-                                                  {"-999990.7", 0},
-                                                  {"-999999", 0},
-                                                  {"text", 1},
-                                                  {"-999999x", 0},
-                                                  {"1", 1},
-                                                  {"-99999999999999999999", 0},
-                                                  {"99999999999999999999", 1},
-                                                  {"-", 1}};
-    for (const auto& [value, active] : values) {
-        const std::string v = value, flag = std::to_string(active);
+    for (const CASE& c : cases(R"(
+        -999989 => 1
+        -999990 => 0
+        -999989.7 => 1
+        -999990.7 => 0
+        -999999x => 0
+        text => 1
+        - => 1
+        99999999999999999999 => 1
+        -99999999999999999999 => 0
+    )")) {
+        const std::string v = c.lines, flag = c.entries.substr(0, 1);
         expect_bench("@CONT_CHAN_UL_VAL / CO " + v + " ppm / @BACKGND_INIT_CONTAMINATION / CO " +
                          v + " / @LEAK_TEST_VALIDATION / T 1 " + v +
                          " l 2 l - / @BACKGND_DATE_TIME / CO " + v,
@@ -94,7 +88,7 @@ TEST(EmissionBench, Values) {
         CO 1 / @CONT_CHAN_UL_VAL / HC 2 => member[2][5] 1|CO|KCO|1|
         CO ~99 ~20 => member[2][5] 1|CO|KCO|~79|~15
         @BACKGND_INIT_CONTAMINATION / XY 1 / @SAMPL_BAG_DATE_TIME / Z 1 / CO => date[0][5] 1|CO|KCO| ; ! date Z|8 ; ! value XY|6
-        @CONT_CHAN_INIT_CONTAMINATION / CO 1 ppm d / CO 2 => init_date[0][5] 1|CO|KCO|2|ppm|d
+        @CONT_CHAN_INIT_CONTAMINATION / CO 1 ppm d / HC 1 ppm / CO 2 % / HC 3 => init_date[0][0] 1|HC|KHC|3|ppm| ; init_date[0][5] 1|CO|KCO|2|%|d
         @CONT_CHAN_INIT_CONTAMINATION / CO ~99 ~20 ~99 => init_date[0][5] 1|CO|KCO|~79|~15|~79
         @PROP_SMPL_VALIDATION / a b XY / c d CO / e f HC => prop[0] 1|a|b|-999999 ; prop[1] 1|c|d|KCO
         @PROP_SMPL_VALIDATION / a / ~99 ~99 CO => prop[0] 1|a||-999999 ; prop[1] 1|~79|~79|KCO
@@ -108,6 +102,7 @@ TEST(EmissionBench, Choices) {
     for (const CASE& c : cases(R"(
         CO / HC KX BAG HC / XY / co => choice[1][0] 1|HC||KX|BAG|KHC ; choice[1][5] 1|CO|||| ; ! choice XY|7 ; ! choice co|8
         NOX CO / N2O CO "" KY => choice[1][2] 1|NOX||KCO|| ; choice[1][8] 1|N2O||KCO||KY
+        CO a b c / CO "" d e => choice[1][5] 1|CO||a|b|c
         CO a b c / CO d => choice[1][5] 1|CO||d||c
         CO ~99 ~99 ~99 => choice[1][5] 1|CO||~79|~79|~79
     )")) {
@@ -183,62 +178,46 @@ TEST(EmissionBench, ThatDoesNotOpen) {
 std::string mapping() {
     Keyword_memory = static_cast<KEYWORD*>(get_shrd_mem(KEYWORD_MEM, 0));
     static EM_CHAN_INFO info[36];
-    const auto lines = [](const std::string& name) {
+    const auto rows = [] {
         std::string result;
         for (int i = 0; i < 36; ++i) {
             const std::string map = Em_species_map[i], channel = info[i].pam_keyword;
             if (map.empty() && channel.empty() && Species_measrd[i] == 0) continue;
-            result += name + std::to_string(i) + ' ' + std::to_string(Species_measrd[i]) + '|' +
-                      map + '|' + channel + '|' + std::to_string(info[i].wet_dry) + '\n';
+            result += std::to_string(i) + ' ' + std::to_string(Species_measrd[i]) + '|' + map +
+                      '|' + channel + '|' + std::to_string(info[i].wet_dry) + ", ";
         }
         return result;
     };
     read_em_data(info);
-    const std::string read = lines("");
+    const std::string read = rows();
     get_wet_dry_info(info);
-    return read + lines("then ");
+    return read + '\n' + rows() + '\n';
 }
 
+// As the bench file gives them, and once the measurement basis is set.
 TEST(SpeciesMapping, TagsAndBasis) {
-    const FILES cell = {
-        {"keyword_memory.dat", "@KEYWORDS / L1 channel / L2 channel / PAR parameter"},
-        {"ftir", ""}};
-    FILES files = cell;
-    files["bench"] =
-        "@CONT_CHAN_UL_VAL / L2 3 / @SPECIES_TAG_TO_KEYWORD_MAPPING / HC A_CW_B / CO A_CD_B_CW_C "
-        "more / "
-        "L2 A_CW_L / PAR A / HC A_CD_B / L1 B / L2 C / l1 D / NMHC NEW";
-    EXPECT_EQ(run(files, mapping).text(), expected(R"(
-        0 1|A_CD_B||0
-        5 1|A_CD_B_CW_C||0
-        6 1|NEW||0
-        11 0|PMF_SVF_WET_MEA||0
-        12 0|PMF_IN_V||0
-        13 0|BST_SVF_WET_MEA||0
-        16 1|C|A_CW_L|0
-        17 1|B|B|0
-        then 0 1|A_CD_B|A_CD_B|1
-        then 5 1|A_CD_B_CW_C|A_CD_B_CW_C|1
-        then 6 1|NEW|NEW|0
-        then 11 0|PMF_SVF_WET_MEA|PMF_SVF_WET_MEA|0
-        then 12 0|PMF_IN_V|PMF_IN_V|0
-        then 13 0|BST_SVF_WET_MEA|BST_SVF_WET_MEA|0
-        then 16 1|C|A_CW_L|0
-        then 17 1|B|B|0
-        ! long-form PAR
-        ! long-form l1
-        ! no-mapping)"));
-    files["bench"] = "@CONT_CHAN_UL_VAL / HC 3";  // no mapping at all
-    EXPECT_EQ(run(files, mapping).text(), expected(R"(
-        6 0|CVS_CW_NMHC_FTIR_MEA||0
-        11 0|PMF_SVF_WET_MEA||0
-        12 0|PMF_IN_V||0
-        13 0|BST_SVF_WET_MEA||0
-        then 6 0|CVS_CW_NMHC_FTIR_MEA|CVS_CW_NMHC_FTIR_MEA|2
-        then 11 0|PMF_SVF_WET_MEA|PMF_SVF_WET_MEA|0
-        then 12 0|PMF_IN_V|PMF_IN_V|0
-        then 13 0|BST_SVF_WET_MEA|BST_SVF_WET_MEA|0
-        ! no-mapping)"));
+    for (const CASE& c : cases(R"(
+        @CONT_CHAN_UL_VAL / HC 3 => 6 0|CVS_CW_NMHC_FTIR_MEA||0, 11 0|PMF_SVF_WET_MEA||0, 12 0|PMF_IN_V||0, 13 0|BST_SVF_WET_MEA||0,  ; 6 0|CVS_CW_NMHC_FTIR_MEA|CVS_CW_NMHC_FTIR_MEA|2, 11 0|PMF_SVF_WET_MEA|PMF_SVF_WET_MEA|0, 12 0|PMF_IN_V|PMF_IN_V|0, 13 0|BST_SVF_WET_MEA|BST_SVF_WET_MEA|0,  ; ! no-mapping
+        @SPECIES_TAG_TO_KEYWORD_MAPPING / HC A_CW_B / CO A_CD_B_CW_C more / NMHC NEW / PMF_IN_V N_CW_N / @END => 0 1|A_CW_B||0, 5 1|A_CD_B_CW_C||0, 6 1|NEW||0, 11 0|PMF_SVF_WET_MEA||0, 12 1|N_CW_N||0, 13 0|BST_SVF_WET_MEA||0,  ; 0 1|A_CW_B|A_CW_B|2, 5 1|A_CD_B_CW_C|A_CD_B_CW_C|1, 6 1|NEW|NEW|0, 11 0|PMF_SVF_WET_MEA|PMF_SVF_WET_MEA|0, 12 1|N_CW_N|N_CW_N|2, 13 0|BST_SVF_WET_MEA|BST_SVF_WET_MEA|0, 
+    )")) {
+        EXPECT_EQ(run({{"bench", c.lines}, {"ftir", ""}}, mapping).text(), expected(c.entries));
+    }
+    // Long forms, in the last section of the file: the first line gives the channel, the last the
+    // map.
+    const OUTCOME outcome =
+        run({{"bench",
+              "@CONT_CHAN_UL_VAL / L2 3 / @SPECIES_TAG_TO_KEYWORD_MAPPING / L2 A_CW_L / PAR A / L1 "
+              "B / L2 C / l1 D / HC E / HC F"},
+             {"keyword_memory.dat", "@KEYWORDS / L1 channel / L2 channel / PAR parameter"},
+             {"ftir", ""}},
+            [] {
+                const std::string rows = mapping();
+                return rows.substr(0, 10) + rows.substr(rows.find("16 1"), 29) + '\n' +
+                       emission_entries();
+            });
+    EXPECT_EQ(outcome.text(),
+              expected("0 1|F||0, 16 1|C|A_CW_L|0, 17 1|B|B|0, \nmember[2][16] 1|L2|C|3|\n"
+                       "! long-form PAR\n! long-form l1\n! no-mapping"));
 }
 
 TEST(SpeciesMapping, TwentyLongFormTags) {

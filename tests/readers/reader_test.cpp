@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
 
 #include "quon5/readers/read_em_data.h"
 #include "quon5/readers/read_ftir_file.h"
@@ -197,6 +198,7 @@ OUTCOME run(const FILES& files, const std::function<std::string()>& body) {
     const pid_t child = fork();
     if (child == 0) {
         setenv("TAVRIN_ERROR_LOG", "log", 1);
+        unsetenv("TAVRIN_KEYWORD_MEMORY");
         dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
         start_up(files.contains("cart"));
         std::ofstream("result", std::ios::binary) << body();
@@ -283,6 +285,7 @@ std::string ftir_entries() {
     for (int k = 0; k < 72; ++k) {
         const FTIR_GENERIC& generic = Ftir.emKeywd[k];
         const std::string name = generic.active == 1 ? "value[" : "inactive[";
+        if (generic.active == 1 && generic.num_ftir_chans == 0) result += "no value\n";
         result += each(
             name + std::to_string(k) + ']', generic.ftirChn,
             [](const auto& e) { return fields(e.active, e.keywd, e.value, e.units); },
