@@ -43,7 +43,7 @@ using TextLine = char[LINE_SIZE];
 // `line`. Returns the status of the last line read: negative at the end of the file.
 template <class Handler>
 short walk_section(FILE* file, TextLine& line, short status, Handler handle) {
-    while (status > 0 && line[0] != '@') {
+    while (status >= 0 && line[0] != '@') {
         if constexpr (std::is_void_v<decltype(handle(line))>) {
             handle(line);
         } else {

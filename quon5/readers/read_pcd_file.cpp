@@ -134,5 +134,7 @@ void read_pcd_file(short pcd_index) {
     }
     TextLine line;
     const StoreLine store = handler_of(pcd_index);
-    walk_section(file, line, keyword, [&](const char* text) { store(pcd_index, text); });
+    const short status = get_1st_line(file, line, keyword);
+    if (status <= 0) return;
+    walk_section(file, line, status, [&](const char* text) { store(pcd_index, text); });
 }

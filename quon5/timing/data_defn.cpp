@@ -95,7 +95,8 @@ double fixed_cycle_time(const char* time_units) {
 }
 
 struct CycleEnd {
-    int record;  // -1: there is no record around the time at which the cycle ends
+    bool found;  // there are records around the time at which the cycle ends
+    int record;
     double time;
 };
 
@@ -110,7 +111,7 @@ CycleEnd find_cycle_end(TimingChannels& channels, double target) {
     stop.value.srch_dbl = target + 2.0;
     get_logr_data_mem(All_chans, TimingChannels::NUM_ENTRIES, channels.entry, &strt, &stop);
     const FLOGER_DATA_INFO& time = channels.entry[TimingChannels::TIME];
-    if (time.num_samples == 0) return {-1, 0.0};
+    if (time.num_samples == 0) return {false, 0, 0.0};
 
     double prev = 0.0;
     double next = 0.0;
@@ -124,8 +125,8 @@ CycleEnd find_cycle_end(TimingChannels& channels, double target) {
     }
     if (!(next > 0.0)) next = prev;
     const int record = k + strt.srch_met_rcd;
-    if (next - target > target - prev) return {record - 1, prev};
-    return {record, next};
+    if (next - target > target - prev) return {true, record - 1, prev};
+    return {true, record, next};
 }
 
 void report_count_by_time(int time_count, int num_cycle_sets, double end_time) {
@@ -205,7 +206,7 @@ void data_defn(short* num_chans, int* num_strt_sets, int* num_cycle_sets, int* n
     const short time_column = channels.entry[TimingChannels::TIME].column_index;
     const double target = start_time + fixed_cycle_time(all_chans[time_column].units);
     const CycleEnd end = find_cycle_end(channels, target);
-    if (end.record < 0) {
+    if (!end.found) {
         log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
                   "No record near the end of the cycle at time %lf was found, the sync channel "
                   "gives its end",
