@@ -26,6 +26,7 @@ inline SpecChannels ecm_channels(const CVS_CI& ci) {
     return filled(ci.ecm_channels, ci.num_ecm_chns);
 }
 inline SpecChannels group_channels(const CVS_CI& ci, short group) {
+    if (group >= static_cast<short>(std::size(ci.num_chn_group_chns))) return {};
     return filled(ci.chn_group_channels[group], ci.num_chn_group_chns[group]);
 }
 // The logical channels, one per subsystem.

@@ -268,7 +268,8 @@ short finish(double value, double converted, double* value_out) {
 }
 
 double to_default(const Unit& unit, double value) {
-    return (value + unit.offset) * unit.factor;
+    // Without an offset a negative zero keeps its sign.
+    return (unit.offset == 0.0 ? value : value + unit.offset) * unit.factor;
 }
 double from_default(const Unit& unit, double value) {
     return value / unit.factor - unit.offset;
