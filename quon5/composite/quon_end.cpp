@@ -56,7 +56,7 @@ class PhaseSearch {
                           Tr_em_data_chans[row]);
                 return false;
             }
-            ask_for_channel(get_strt_time_[k++], position);
+            ask_for_channel(kModule, get_strt_time_[k++], position);
         }
         return true;
     }

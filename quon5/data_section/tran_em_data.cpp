@@ -78,7 +78,7 @@ void build_fetch_list() {
     for (int i = 0; i < NUM_EM_DATA_LBLS; ++i) {
         const short position = find_logged_channel(Tr_em_data_chans[i]);
         if (position >= 0) {
-            ask_for_channel(Get_chans[i], position);
+            ask_for_channel(kModule, Get_chans[i], position);
         } else {
             copyn(kModule, Get_chans[i].chan_name, Tr_em_data_chans[i]);
         }

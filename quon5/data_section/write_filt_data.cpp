@@ -47,7 +47,7 @@ void write_filter_data(double barometer, double floger_cycle_time) {
     FLOGER_DATA_INFO get_list[NUM_FD_DATA_LBLS] = {};
     for (int i = 0; i < NUM_FD_DATA_LBLS; ++i) {
         const short position = find_logged_channel(Tr_em_data_chans[kLabelRows[i]]);
-        if (position >= 0) ask_for_channel(get_list[i], position);
+        if (position >= 0) ask_for_channel(kModule, get_list[i], position);
     }
     const short sync_column = get_list[FD_SYNC_CHAN].column_index;
     const FLOGER_DATA_INFO& time = get_list[FD_TIME_CHAN];

@@ -21,7 +21,7 @@ struct FetchList {
     void add(const char* label, const char* keyword) {
         const short position = label[0] == '\0' ? short{-1} : find_logged_channel(label);
         if (position < 0) return;
-        ask_for_channel(entry[count], position);
+        ask_for_channel(kModule, entry[count], position);
         STAT_CHANS& channel = Emis_data.stat_chans[std::max(count - 1, 0)];
         channel.active = 1;
         copyn(kModule, channel.label, label);

@@ -68,8 +68,8 @@ struct TimingChannels {
     TimingChannels() {
         const short sync = find_last_logged_channel(Tr_em_data_chans[EM_SYNC_CHAN]);
         const short time = find_last_logged_channel(Tr_em_data_chans[EM_TIME_CHAN]);
-        if (sync >= 0) ask_for_channel(entry[SYNC], sync);
-        if (time >= 0) ask_for_channel(entry[TIME], time);
+        if (sync >= 0) ask_for_channel(kModule, entry[SYNC], sync);
+        if (time >= 0) ask_for_channel(kModule, entry[TIME], time);
     }
     int load(int from, int to) {
         return load_phase(NUM_ENTRIES, entry, entry[SYNC].column_index, from, to);

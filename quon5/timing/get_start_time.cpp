@@ -48,8 +48,8 @@ short get_start_of_test(char* start_time) {
     const short sys_time = find_last_logged_channel(kSystemTime);
     // A channel that is the synchronisation channel is not the system time as well.
     if (sys_time < 0 || sys_time == sync) return copy_time_of_test(start_time);
-    if (sync >= 0) ask_for_channel(get_list[SYNC], sync);
-    ask_for_channel(get_list[SYS_TIME], sys_time);
+    if (sync >= 0) ask_for_channel(kModule, get_list[SYNC], sync);
+    ask_for_channel(kModule, get_list[SYS_TIME], sys_time);
 
     const short sync_column = get_list[SYNC].column_index;
     load_phase(NUM_ENTRIES, get_list, sync_column, PHASE_START, PHASE_START);
