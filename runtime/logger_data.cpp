@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -67,7 +68,7 @@ void read_channels(FILE* file, const char* filename, std::vector<FLOGER_DATA_INF
     });
 }
 
-// The file mapped into memory; empty when it cannot be.
+// The file mapped into memory; empty, which is logged, when it cannot be.
 class MappedFile {
  public:
     explicit MappedFile(const char* filename) {
@@ -81,8 +82,13 @@ class MappedFile {
                 madvise(start_, size_, MADV_SEQUENTIAL);
             }
         }
+        const int error = errno;
         if (fd >= 0) close(fd);
-        if (start_ == nullptr) size_ = 0;
+        if (start_ == nullptr) {
+            size_ = 0;
+            log_error("get_logr_data_mem", __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
+                      "Could not map file %s, errno=%s", filename, strerror(error));
+        }
     }
     MappedFile(const MappedFile&) = delete;
     MappedFile& operator=(const MappedFile&) = delete;
