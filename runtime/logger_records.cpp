@@ -162,7 +162,6 @@ class RecordReader {
         const long expected =
             static_cast<long>(static_cast<double>(text_size_) / bytes_a_record * 1.01) + 1;
         flaws_.out_of_memory = !columns_.append(tile_.data(), in_tile_, expected);
-        if (!flaws_.out_of_memory) flaws_.last_line = line_ - 1;
         in_tile_ = 0;
     }
 

@@ -37,7 +37,6 @@ struct RecordFlaws {
     int num_flawed = 0;   // records with missing, surplus or invalid values
     long first_line = 0;  // line of the first of them
     bool out_of_memory = false;
-    long last_line = 0;  // line of the last record loaded
 };
 
 // Reads the records in `text` into `columns`. `line` is the number of their first line.
