@@ -1,11 +1,7 @@
-// Input files that are missing or damaged, and tasks that share an error log.
+// Input files that are missing or damaged.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
-#include <future>
 #include <random>
-#include <regex>
 
 #include "tests/end_to_end/test_cell.h"
 
@@ -51,32 +47,5 @@ INSTANTIATE_TEST_SUITE_P(Inputs, DamagedFile,
                          testing::Values("log.dat", "ci.dat", "orda.dat", "bench.42", "ftir.dat",
                                          "pm.dat", "cell.dat", "tests/maps/M123/restr.dat",
                                          "keyword_memory.dat", "data/M123/q6.FTP", "q7.FTP"));
-
-std::vector<std::string> sorted_entries(const std::string& log) {
-    static const std::regex entry_end("\n(?!\t)");
-    std::vector<std::string> all(std::sregex_token_iterator(log.begin(), log.end(), entry_end, -1),
-                                 {});
-    std::sort(all.begin(), all.end());
-    return all;
-}
-
-TEST(SharedErrorLog, EntriesOfTasksAtTheSameTimeStayWhole) {
-    std::array<TestCell, 8> cells;
-    std::string expected;
-    for (TestCell& cell : cells) {
-        expected += add_bad_entries(cell);
-        cell.environment["TAVRIN_ERROR_LOG"] = cells[0].path("shared.log");
-    }
-    std::vector<std::future<int>> runs;
-    for (TestCell& cell : cells)
-        runs.push_back(std::async(std::launch::async, &TestCell::run, &cell));
-    for (std::future<int>& run : runs) EXPECT_EQ(run.get(), 0);
-    for (const TestCell& cell : cells) {
-        EXPECT_EQ(cell.output("error.log"), "(none)");
-        EXPECT_EQ(entries(cell.output("standard_error")),
-                  expected.substr(0, expected.size() / cells.size()));
-    }
-    EXPECT_EQ(sorted_entries(entries(cells[0].output("shared.log"))), sorted_entries(expected));
-}
 
 }  // namespace

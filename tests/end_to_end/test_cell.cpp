@@ -170,6 +170,17 @@ std::string between(const std::string& text, const std::string& from, const std:
     return text.substr(begin, end == std::string::npos ? end : end - begin);
 }
 
+std::vector<std::vector<std::string>> table(const std::string& text) {
+    std::vector<std::vector<std::string>> result;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream row(line + '|');
+        result.emplace_back();
+        for (std::string cell; std::getline(row, cell, '|');) result.back().push_back(cell);
+    }
+    return result;
+}
+
 std::string entries(const std::string& log) {
     static const std::regex head(
         R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d (\w+):\d+ mode=(-?\d+) code=(-?\d+) )");

@@ -17,6 +17,8 @@ std::string expanded(const std::string& text);
 std::string golden(const std::string& text);
 // The part of `text` after the first `from` and before the `to` that follows, or to the end.
 std::string between(const std::string& text, const std::string& from, const std::string& to = "");
+// The lines of a table, each as its cells between bars.
+std::vector<std::vector<std::string>> table(const std::string& text);
 // Error log with "module mode code text" for each entry, continuation lines kept.
 std::string entries(const std::string& log);
 
@@ -51,8 +53,6 @@ class TestCell {
 
 // Gives the small test something to write in every block of the emission configuration section.
 void fill_emission_configuration(TestCell& cell);
-// Spoils entries of the bench, FTIR and particulate cart files; gives the log to expect.
-std::string add_bad_entries(TestCell& cell);
 
 inline const std::string kCountMismatch =
     "quon5 1 30000 The number of channels logged within the run logr file is not the same as the "

@@ -12,9 +12,11 @@ const std::string kNoInit = "init 65 -1 Initialization errors - See error log\n"
 const std::string kNoStartTime =
     "quon5 1 -1 Errors finding start of test time in file log.dat-exiting\n";
 const std::string kNoSystemTime =
-    "get_start_time 1 -1 Could not get value of sys_time from floger file log.dat";
+    "get_start_time 1 -1 Could not get value of sys_time from floger file log.dat\n";
 const std::string kNoData =
     "quon5 65 -1 Errors generating the data section of the quon quon5 file-Task is exiting\n";
+
+const std::string kMissing = "init 65 -1 Missing arguments for " QUON5_PROGRAM " - task exiting\n";
 
 const char kQuon5[] = R"(*5
         12
@@ -68,57 +70,45 @@ TEST(Driver, CleanRunWritesEveryFileAndReportsNothing) {
     EXPECT_EQ(cell.output("filter.dat"), kFilterData);
 }
 
-struct FailedStep {
-    std::string file, text, by;    // what is spoilt; without a text the file is missing
-    int exit_status, quon5_lines;  // lines of the quon5 file, -1: not created
-    std::string log, last_entries;
-};
+// The file, a text in it and what takes its place (without a text the file is missing); the exit
+// status, the lines of the quon5 file (-1: not created), the log and how it ends.
+const char kFailedSteps[] =
+    R"(keyword_memory.dat|||1|-1|init 1 -1 Could not link to keyword memory, exiting|start
+orda.dat|||1|-1|init 65 77 Could not open file orda.dat|init
+log.dat|||1|0|init 1 77 Unable to open file log.dat|init
+bench.42|||1|0|read_em_data 65 77 Could not open file bench.42, errno=No such file or directory|read
+log.dat|@LOGGED_CHANNELS|@OTHER|255|0|...quon5 65 -1 There was a problem with reading/processing the logr_data file - log.dat - exiting|
+log.dat|@QUON5_CYCLE_TIME|@OTHER|1|0|quon5 65 -51 Could not find keywd @QUON5_CYCLE_TIME in file log.dat, floger file may be incomplete|
+log.dat|@QUON5_TIME_OF_TEST|@OTHER|1|0|get_start_time 65 -51 Could not find keywd @QUON5_TIME_OF_TEST or chan sys_time in file log.dat for start of test|time
+log.dat|@TR_EM_FILTER_ID_LBL|@OTHER|255|3|quon5 65 -51 Could not find keywd @TR_EM_FILTER_ID_LBL in file log.dat|
+cell.dat|||1|10|...tran_em_data 1 77 Unable to open file cell.dat|data
+tests/maps/M123/restr.dat|||1|10|tran_em_data 65 77 Could not open file tests/maps/M123/restr.dat|data
+cell.dat|/ FUEL|/ fuel|1|17|tran_em_data 1 -1 Could not find 'fuel_consumed' in floger data|data)";
 
 TEST(Driver, FailedStepEndsTheTask) {
-    const FailedStep steps[] = {
-        {"keyword_memory.dat", "", "", 1, -1, "init 1 -1 Could not link to keyword memory, exiting",
-         kNoStart},
-        {"orda.dat", "", "", 1, -1, "init 65 77 Could not open file orda.dat", kNoInit},
-        {"log.dat", "", "", 1, 0, "init 1 77 Unable to open file log.dat", kNoInit},
-        {"bench.42", "", "", 1, 0,
-         R"(read_em_data 65 77 Could not open file bench.42, errno=No such file or directory)",
-         "quon5 65 -1  Could not read emission data files, - exiting\n"},
-        {"log.dat", "@LOGGED_CHANNELS", "@OTHER", 255, 0,
-         R"(...quon5 65 -1 There was a problem with reading/processing the logr_data file - log.dat - exiting)",
-         ""},
-        {"log.dat", "@QUON5_CYCLE_TIME", "@OTHER", 1, 0,
-         R"(quon5 65 -51 Could not find keywd @QUON5_CYCLE_TIME in file log.dat, floger file may be incomplete)",
-         ""},
-        {"log.dat", "@QUON5_TIME_OF_TEST", "@OTHER", 1, 0,
-         R"(get_start_time 65 -51 Could not find keywd @QUON5_TIME_OF_TEST or chan sys_time in file log.dat for start of test)",
-         kNoStartTime},
-        {"log.dat", "VPC mm_hg", "sys_time -", 1, 0, kNoSystemTime,
-         kNoStartTime},  // with a sync channel without phases
-        {"log.dat", "@TR_EM_FILTER_ID_LBL", "@OTHER", 255, 3,
-         R"(quon5 65 -51 Could not find keywd @TR_EM_FILTER_ID_LBL in file log.dat)", ""},
-        {"cell.dat", "", "", 1, 10, "...\ntran_em_data 1 77 Unable to open file cell.dat", kNoData},
-        {"tests/maps/M123/restr.dat", "", "", 1, 10,
-         R"(tran_em_data 65 77 Could not open file tests/maps/M123/restr.dat)", kNoData},
-        {"cell.dat", "/ FUEL", "/ fuel", 1, 17,
-         "tran_em_data 1 -1 Could not find 'fuel_consumed' in floger data", kNoData},
-    };
-    for (const FailedStep& step : steps) {
-        SCOPED_TRACE(step.file + " " + step.text);
+    const std::map<std::string, std::string> ends = {
+        {"start", kNoStart},
+        {"init", kNoInit},
+        {"time", kNoStartTime},
+        {"data", kNoData},
+        {"", ""},
+        {"read", "quon5 65 -1  Could not read emission data files, - exiting\n"}};
+    for (const auto& step : table(kFailedSteps)) {
+        SCOPED_TRACE(step[0] + " " + step[1]);
         TestCell cell;
-        if (!step.text.empty()) cell.replace(step.file, step.text, step.by);
-        if (step.text.empty()) cell.files.erase(step.file);
-        if (step.log == kNoSystemTime) cell.replace("orda.dat", "/ SYNC", "/ TDIL");
-        cell.expect_run(step.exit_status, step.log + "\n" + step.last_entries);
+        if (!step[1].empty()) cell.replace(step[0], step[1], step[2]);
+        if (step[1].empty()) cell.files.erase(step[0]);
+        cell.expect_run(std::stoi(step[3]), step[5] + "\n" + ends.at(step[6]));
         const std::string quon5 = cell.quon5();
         const auto lines = std::count(quon5.begin(), quon5.end(), '\n');
-        EXPECT_EQ(quon5 == "(none)" ? -1 : lines, step.quon5_lines);
+        EXPECT_EQ(quon5 == "(none)" ? -1 : lines, std::stoi(step[4]));
         EXPECT_TRUE(golden(kQuon5).starts_with(quon5) || quon5 == "(none)") << quon5;
         EXPECT_EQ(cell.output("composite.csv"), "(none)");
-        EXPECT_EQ(cell.output("filter.dat"), step.quon5_lines > 10 ? kFilterData : "(none)");
+        EXPECT_EQ(cell.output("filter.dat"), lines > 10 ? kFilterData : "(none)");
     }
 }
 
-TEST(Driver, Quon5FileOrRestrictionFileCannotBeOpened) {
+TEST(Driver, FileOrStartTimeCannotBeHad) {
     TestCell cell;
     cell.set_argument("restr", "");
     cell.expect_run(1, "tran_em_data 65 77 Could not open file \n" + kNoData);
@@ -126,30 +116,28 @@ TEST(Driver, Quon5FileOrRestrictionFileCannotBeOpened) {
     cell.expect_run(1, "init 1 77 Unable to open file none/run7.quon5\n" + kNoInit);
     cell.set_argument("quon5_output", "run7.quon5");
     cell.add_channel("sys_time sec 0", {"nan"});
-    cell.expect_run(1, kCountMismatch + kNoSystemTime + "\n" + kNoStartTime);
+    cell.expect_run(1, kCountMismatch + kNoSystemTime + kNoStartTime);
+    TestCell phaseless;  // the sync channel has no phases
+    phaseless.replace("log.dat", "VPC mm_hg", "sys_time -");
+    phaseless.replace("orda.dat", "/ SYNC", "/ TDIL");
+    phaseless.expect_run(1, kNoSystemTime + kNoStartTime);
 }
 
 TEST(Driver, CommandLineIsRejectedWithTheNumberOfTheBadWord) {
-    struct Case {
-        size_t word;
-        std::string text;  // without one the word is left out
-        int number;
-    };
-    const Case cases[] = {{4, "bogus=1", 5},  {3, "step", 4},
-                          {16, "step=2", 17}, {1, "logr_data=" + std::string(304, 'x'), 2},
-                          {2, "", 17},        {17, "more=1", 18}};
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.number);
+    // the word, what it becomes (left out without a text), and the number
+    for (const auto& row : table("4|bogus=1|5\n5|=ci.dat|6\n3|step|4\n16|activit=DEV|17\n16|step=2|"
+                                 "17\n2||17\n17|more=1|18\n1|logr_data=" +
+                                 std::string(304, 'x') + "|2")) {
+        SCOPED_TRACE(row[1]);
         TestCell cell;
-        if (each.word == cell.words.size()) cell.words.emplace_back();
-        cell.words[each.word] = each.text;
-        if (each.text.empty()) cell.words.erase(cell.words.begin() + 2);
+        const size_t word = std::stoul(row[0]);
+        cell.words.resize(std::max<size_t>(17, word + 1));
+        cell.words[word] = row[1];
+        if (row[1].empty()) cell.words.erase(cell.words.begin() + 2);
         const bool wrong_count = cell.words.size() != 17;
-        const std::string missing =
-            "init 65 -1 Missing arguments for " QUON5_PROGRAM " - task exiting\n";
-        cell.expect_run(1, (wrong_count ? missing : "") +
-                               "init 65 -1 Error detected in argument# " +
-                               std::to_string(each.number) + "\n" + kNoStart);
+        cell.expect_run(1, (wrong_count ? kMissing : "") +
+                               "init 65 -1 Error detected in argument# " + row[2] + "\n" +
+                               kNoStart);
         const std::string usage = cell.output("standard_error");
         EXPECT_EQ(usage.find("quon_end_out") != std::string::npos, wrong_count);
         EXPECT_EQ(cell.quon5(), "(none)");
@@ -159,12 +147,16 @@ TEST(Driver, CommandLineIsRejectedWithTheNumberOfTheBadWord) {
 TEST(Driver, FtirFileAndActivityMayBeLeftOutAndWordsStandInAnyOrder) {
     TestCell cell;
     cell.words.resize(15);
+    cell.set_argument("filt_data", "filter=7.dat");
     std::reverse(cell.words.begin(), cell.words.end());
-    cell.expect_run(0, "init 65 -1 Missing arguments for " QUON5_PROGRAM R"( - task exiting
-read_ftir_file 65 77 Could not open file -- No data will be available from FTIR cart
+    cell.expect_run(
+        0,
+        kMissing +
+            R"(read_ftir_file 65 77 Could not open file -- No data will be available from FTIR cart
 write_cycle_overrides 1 30000 Could not find activity <>, overrides will not be added to <run7.quon5>
 )");
     EXPECT_EQ(cell.quon5(), golden(kQuon5));
+    EXPECT_EQ(cell.output("filter=7.dat"), kFilterData);
 }
 
 TEST(Driver, MissingLabelsAreListedInLookUpOrder) {

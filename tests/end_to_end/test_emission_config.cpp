@@ -1,6 +1,7 @@
 // The emission configuration section, and the messages of the files that it comes from.
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <sstream>
 
 #include "tests/end_to_end/test_cell.h"
@@ -172,27 +173,27 @@ TEST(EmissionConfiguration, SummaryOrPrimaryChoiceAlone) {
               "     CO CVS_CD_CO_MEA BAG  \n");
 }
 
-// Rows of the block: keyword, key of the value, key of the digits.
-const char kMapFel[] = R"(BSNOX FEL_NOX NOX BSNMHC FEL_NMHC NMHC BSCO FEL_CO CO
-BSNOX_PLUS_NMHC FEL_NOX_PLUS_NMHC NOX_PLUS_NMHC BSPM FEL_PM PM BSHC FEL_THC THC
-DSNOX_PLUS_NMHC DS_FEL_DIV_STD_NOX_PLUS_NMHC DS_NOX_PLUS_NMHC DSNOX DS_FEL_DIV_STD_NOX DS_NOX
-DSCO DS_FEL_DIV_STD_CO DS_CO DSNMHC DS_FEL_DIV_STD_NMHC DS_NMHC DSPM DS_FEL_DIV_STD_PM DS_PM
-DSHC DS_FEL_DIV_STD_THC DS_THC)";
-const char kCycleFel[] = R"(BSNOX FEL_NOX NOX BSNMHC FEL_NMHC NMHC BSCO FEL_CO CO
-BSNOX_PLUS_NMHC FEL_NOX_NMHC NOX_NMHC BSPM FEL_PM PM BSHC FEL_THC THC BSCO2 FEL_CO2 CO2
-BSCH4 FEL_CH4 CH4 BSN2O FEL_N2O N2O BSCO2E FEL_CO2E CO2E BSPN FEL_PN PN
-DSNOX_PLUS_NMHC DS_FEL_STD_NOX_NMHC DS_NOX_NMHC DSNOX DS_FEL_STD_NOX DS_NOX
-DSCO DS_FEL_STD_CO DS_CO DSNMHC DS_FEL_STD_NMHC DS_NMHC DSPM DS_FEL_STD_PM DS_PM
-DSHC DS_FEL_STD_THC DS_THC DSCO2 DS_FEL_STD_CO2 DS_CO2 DSCH4 DS_FEL_STD_CH4 DS_CH4
-DSN2O DS_FEL_STD_N2O DS_N2O DSCO2E DS_FEL_STD_CO2E DS_CO2E DSPN DS_FEL_PN DS_PN)";
+// Rows of the block: keyword, key of the value. The key of the digits lacks its FEL_, with STD_ or
+// DIV_STD_.
+const char kMapFel[] = R"(BSNOX FEL_NOX BSNMHC FEL_NMHC BSCO FEL_CO
+BSNOX_PLUS_NMHC FEL_NOX_PLUS_NMHC BSPM FEL_PM BSHC FEL_THC
+DSNOX_PLUS_NMHC DS_FEL_DIV_STD_NOX_PLUS_NMHC DSNOX DS_FEL_DIV_STD_NOX DSCO DS_FEL_DIV_STD_CO
+DSNMHC DS_FEL_DIV_STD_NMHC DSPM DS_FEL_DIV_STD_PM DSHC DS_FEL_DIV_STD_THC)";
+const char kCycleFel[] = R"(BSNOX FEL_NOX BSNMHC FEL_NMHC BSCO FEL_CO BSNOX_PLUS_NMHC FEL_NOX_NMHC
+BSPM FEL_PM BSHC FEL_THC BSCO2 FEL_CO2 BSCH4 FEL_CH4 BSN2O FEL_N2O BSCO2E FEL_CO2E BSPN FEL_PN
+DSNOX_PLUS_NMHC DS_FEL_STD_NOX_NMHC DSNOX DS_FEL_STD_NOX DSCO DS_FEL_STD_CO
+DSNMHC DS_FEL_STD_NMHC DSPM DS_FEL_STD_PM DSHC DS_FEL_STD_THC DSCO2 DS_FEL_STD_CO2
+DSCH4 DS_FEL_STD_CH4 DSN2O DS_FEL_STD_N2O DSCO2E DS_FEL_STD_CO2E DSPN DS_FEL_PN)";
 
 // The block of these rows, and the lines of the specification added to `keys`.
 std::string fel_block(const std::string& table, const std::string& prefix, std::string& keys) {
+    static const std::regex fel("FEL_(DIV_)?(STD_)?");
     std::string block = "@FEL_VAL\n";
     std::istringstream rows(table);
-    for (std::string keyword, value, digits; rows >> keyword >> value >> digits;) {
-        keys += prefix + value + " V_" + value + " g\n";
-        keys += prefix + "SIGNIFICANT_DIGITS_" + digits + " D_" + digits + "\n";
+    for (std::string keyword, value; rows >> keyword >> value;) {
+        const std::string digits = std::regex_replace(value, fel, "");
+        keys += prefix + value + " V_" + value + " g\n" + prefix + "SIGNIFICANT_DIGITS_" + digits +
+                " D_" + digits + "\n";
         block += "     " + keyword + " V_" + value + " g  D_" + digits + "\n";
     }
     return block + "\n";
@@ -205,23 +206,49 @@ TEST(EmissionConfiguration, FelValuesOfTheMapOrOfTheCycle) {
     TestCell cell;
     cell.replace("ci.dat", "@MAP M123\n", "@MAP M000 / FEL_NOX 1 g\n@MAP M123\n" + map_keys);
     cell.replace("ci.dat", "@CYCLE FTP", "@CYCLE FTP\n" + cycle_keys);
-    cell.replace("ci.dat", "@VERSION / 7", "@VERSION / 4");
-    cell.expect_run(0, "...");
-    EXPECT_EQ(between(section(cell), "12345678901\n\n", "@SUMM"), of_cycle);
-    cell.replace("ci.dat", "@VERSION / 4", "@VERSION / 3");
-    cell.expect_run(0, "...");
-    EXPECT_EQ(between(section(cell), "12345678901\n\n", "@SUMM"), of_map);
-    cell.replace("ci.dat", "@MAP M123", "@MAP M321");
-    cell.expect_run(0, "...");
-    EXPECT_EQ(section(cell).find("@FEL_VAL"), std::string::npos);
+    for (const auto& [version, block] :
+         {std::pair{"@VERSION / 4", of_cycle}, {"@VERSION / 3", of_map}}) {
+        cell.replace("ci.dat", cell.files["ci.dat"].substr(0, 12), version);
+        cell.expect_run(0, "...");
+        EXPECT_EQ(between(section(cell), "12345678901\n\n", "@SUMM"), block);
+    }
 }
 
 TEST(EmissionConfiguration, BadEntriesAreReportedWithTheirLine) {
     TestCell cell;
-    cell.expect_run(0, add_bad_entries(cell));
-    EXPECT_EQ(between(section(cell), "@LEAK_TEST_VALIDATION\n", "     T3"),
-              golden("     T1 1 \\\n     10 l/min  0.1 %   |\n"
-                     "     T2 2 \\\n     10 l/min  0.1 %   |\n"));
+    cell.set_argument("pm_cart", "pm.dat");
+    cell.files["pm.dat"] = "@DESKEW_TIMES / XY 1 sec / @MPS_INFO / PMX 3\n";
+    cell.files["bench.42"] = R"(@SPECIES_TAG_TO_KEYWORD_MAPPING / NOX CVS_CD_NOX_MEA
+ETHANE CVS_CW_ETHANE_MEA / @CONT_CHAN_UL_VAL / XY 1 ppm /  / # a remark
+@SAMPL_BAG_DATE_TIME / XY 10:00:00 / @PRIMARY_CHOICES / XY NOX CONT
+@LEAK_TEST_VALIDATION / T1 1 10 l/min 0.1 % none / T2 2 10 l/min 0.1 % ZZ -
+)";
+    cell.files["ftir.dat"] = R"(before / @DESKEW_TIMES / XYZ 1 sec / AT1_CD_CO2_MEA@2 1 sec
+@SAMPL_BAG_CONC / NOX 1 / @CHEMICAL_BALANCE_OPTIONS / OPTIONS / DIL_CO2 AT1_CD_CO2_MEA
+)";
+    cell.expect_run(
+        0,
+        golden(
+            R"(set_measrd_species 65 30000 A non-short form species must be a valid PAM keyword,- <ETHANE> is not a valid PAM keyword
+read_pcd_file 65 -1 Unknown species=<XY> found at line 2 in file pm.dat, entry is ignored
+read_pcd_file 1 30000 Unknown entry=PMX 3 found in pm cart file it will be ignored
+read_ftir_file 65 30000 Entry ignored-FTIR Deskew time chan = <XYZ> in file <ftir.dat> at line=3 is invalid
+read_ftir_file 65 30000 The keyword <@SAMPL_BAG_CONC> is not a valid FTIR keywd in file <ftir.dat> at line <5>
+proc_ftir_chem_bal 1 30000 Entry ignored - FTIR_CHEM_BALANCE - An invalid PAM_keyword extension has been used for - <AT1_CD_CO2_MEA> in file <ftir.dat> at line=9
+read_em_data 65 30000 Species read XY was not found in the index map
+>   line number=5   file=bench.42
+read_em_data 65 30000 Species XY was not found in the index map
+>   line number=9   file=bench.42
+proc_choices 65 30000 Emission keyword <XY> was not found in the index map
+>   line number=11   file=bench.42
+proc_leak_test 65 30000 Invalid entry=<none> was found for LEAK TEST at    line number=13 in file
+>=bench.42
+proc_leak_test 65 30000 Species ZZ was not found in the species map. At line number=14
+>   of file=bench.42
+)"));
+    EXPECT_EQ(
+        between(section(cell), "@LEAK_TEST_VALIDATION\n", "\n@"),
+        golden("     T1 1 \\\n     10 l/min  0.1 %   |\n     T2 2 \\\n     10 l/min  0.1 %   |\n"));
 }
 
 }  // namespace
@@ -239,53 +266,4 @@ nox ppm NOX_2 / SECD l/s SECD_ST
 CYCLE_FEL_CO2 600 / CYCLE_FEL_NOX 2.5 g/hp_hr)");
     cell.replace("orda.dat", "/ NO_DP", "/ BARO");
     cell.replace("orda.dat", "/ NOX_DT", "/ TDIL");
-}
-
-std::string add_bad_entries(TestCell& cell) {
-    cell.replace("ci.dat", "TIN_T", "AT1_CD_CO2_MEA@2");
-    cell.set_argument("pm_cart", "pm.dat");
-    cell.files["pm.dat"] = R"(@DESKEW_TIMES / XY 1 sec / @MPS_INFO / PMX 3
-@PM_LEAK_TEST_VALIDATION / MPS 1 16.7 lpm
-)";
-    cell.files["bench.42"] =
-        R"(@SPECIES_TAG_TO_KEYWORD_MAPPING / NOX CVS_CD_NOX_MEA / ETHANE CVS_CW_ETHANE_MEA
-@CONT_CHAN_UL_VAL / XY 1 ppm /  / # a remark / @SAMPL_BAG_DATE_TIME / XY 10:00:00
-@PRIMARY_CHOICES / XY NOX CONT / @LEAK_TEST_VALIDATION / T1 1 10 l/min 0.1 % none
-T2 2 10 l/min 0.1 % ZZ - / T3 3 10 l/min 0.1 % ZZ NOX / T4 4 10 l/min 0.1 % NOX
-T5 5 10 l/min 0.1 % NOX / T6 6 10 l/min 0.1 % NOX / T7 7 10 l/min 0.1 % NOX
-)";
-    cell.files["ftir.dat"] = R"(before / @DESKEW_TIMES / XYZ 1 sec / AT1_CD_CO2_MEA@100 1 sec
-CVS_CW_CO2_MEA@2 1 sec / AT1_CD_CO2_MEA@2 1.5s sec / AT1_CD_CO_MEA 1 sec / @SAMPL_BAG_CONC / NOX 1
-@CONT_CHAN_DET_METHOD / XYZ M R / @LEAK_TEST_VALIDATION / T 1 1 lpm 1 lpm AT1_CD_CO2_MEA@ML 10:11:12
-@CHEMICAL_BALANCE_OPTIONS / OPTIONS / DIL_CO2 XYZ@2 / DIL_CO2 AT1_CD_CO2_MEA
-)";
-    return golden(
-        R"(set_measrd_species 65 30000 A non-short form species must be a valid PAM keyword,- <ETHANE> is not a valid PAM keyword
-read_pcd_file 65 -1 Unknown species=<XY> found at line 2 in file pm.dat, entry is ignored
-read_pcd_file 1 30000 Unknown entry=PMX 3 found in pm cart file it will be ignored
-read_ftir_file 65 30000 Entry ignored-FTIR Deskew time chan = <XYZ> in file <ftir.dat> at line=3 is invalid
-read_ftir_file 1 30000 Entry ignored - FTIR Deskew time chan - An invalid PAM_keyword extension has been used for - <AT1_CD_CO2_MEA@100> in file <ftir.dat> at line=4
-read_ftir_file 65 30000 Entry ignored-Deskew time chan for <CVS_CW_CO2_MEA@2> should be in the bench or pmcart data file
-read_ftir_file 65 30000 Deskew time = <1.5s> in file <ftir.dat> at line 6 is invalid
-read_ftir_file 65 30000 The keyword <@SAMPL_BAG_CONC> is not a valid FTIR keywd in file <ftir.dat> at line <8>
-read_ftir_file 65 30000 Entry ignored-FTIR keywd = <XYZ> in file <ftir.dat> at line=11 is invalid
-read_ftir_file 1 30000 Entry ignored - LEAK TEST keywd - An invalid PAM_keyword extension has been used for - <AT1_CD_CO2_MEA@ML> in file <ftir.dat> at line=13
-proc_ftir_chem_bal 65 30000 Entry ignored-FTIR_CHEM_BALANCE - option species keywd = <XYZ@2> in file <ftir.dat> at line=16 is invalid
-proc_ftir_chem_bal 1 30000 Entry ignored - FTIR_CHEM_BALANCE - An invalid PAM_keyword extension has been used for - <AT1_CD_CO2_MEA> in file <ftir.dat> at line=17
-read_em_data 65 30000 Species read XY was not found in the index map
->   line number=5   file=bench.42
-read_em_data 65 30000 Species XY was not found in the index map
->   line number=9   file=bench.42
-proc_choices 65 30000 Emission keyword <XY> was not found in the index map
->   line number=11   file=bench.42
-proc_leak_test 65 30000 Invalid entry=<none> was found for LEAK TEST at    line number=13 in file
->=bench.42
-read_pcd_file 65 30000 Expected 5, 6, or 7, got 4, items for leak PM sample MPS, in file pm.dat at line number 6, item ignored
-proc_leak_test 65 30000 Species ZZ was not found in the species map. At line number=14
->   of file=bench.42
-proc_leak_test 65 30000 Species <ZZ> was not found in the species map. At line number=15
->   of file=bench.42
-proc_leak_test 65 256 Leak test entry processing unknown index=6, no action taken
-get_chan_grp_deskew 1 30000 Did not find PAM_keywd=AT1_CD_CO2_MEA@2 in FTIR deskew times, setting it to 0.0
-)");
 }

@@ -25,27 +25,22 @@ std::string counted_by_time(int records, const std::string& end_time) {
 }
 
 TEST(IntegerCodes, FixedLengthCycleEndsAtTheRecordNearestToItsTime) {
-    struct Case {
-        std::string last_cycle_time, next_time, cycle_time;  // of records 6 and 7
-        int cycle_records, overrun_records;
-        std::string end_time, duration;
-    };
-    for (const Case& each :
-         {Case{"60.0", "70.0", "40.0[sec]", 5, 1, "70", "60"},
-          {"69.0", "70.0", "39.5[sec]", 5, 1, "70", "60"},  // equally near: later
-          {"69.0", "70.0", "39.4[sec]", 4, 2, "69", "59"},
-          {"69.0", "72.0", "39.5[sec]", 5, 1, "69", "59"},  // none reaches it
-          {"60.0", "70.0", "0.75 [min]", 6, 0, "80", "70"}}) {
-        SCOPED_TRACE(each.next_time + " " + each.cycle_time);
+    // times of the last cycle record and of the next, cycle time; cycle and overrun records, end
+    for (const auto& row : table("60.0|70.0|40.0[sec]|5|1|70|60\n"
+                                 "69.0|70.0|39.5[sec]|5|1|70|60\n"  // equally near: later
+                                 "69.0|70.0|39.4[sec]|4|2|69|59\n"
+                                 "69.0|72.0|39.5[sec]|5|1|69|59\n"  // none reaches it
+                                 "60.0|70.0|0.75 [min]|6|0|80|70")) {
+        SCOPED_TRACE(row[1] + " " + row[2]);
         TestCell cell;
         cell.replace("ci.dat", "FTP_REF", "FTP");
-        cell.replace("log.dat", "40.0[sec]", each.cycle_time);
-        cell.replace("log.dat", "\n60.0,20,", "\n" + each.last_cycle_time + ",20,");
-        cell.replace("log.dat", "\n70.0,30,", "\n" + each.next_time + ",30,");
-        cell.expect_run(0, counted_by_time(each.cycle_records, each.end_time));
-        EXPECT_EQ(codes(cell), (Values{12, 2, 13, 2, each.cycle_records, each.overrun_records}));
-        EXPECT_EQ(between(cell.output("filter.dat"), "@TEST_DURATION\n ", ".000000[sec]"),
-                  each.duration);
+        cell.replace("log.dat", "40.0[sec]", row[2]);
+        cell.replace("log.dat", "\n60.0,20,", "\n" + row[0] + ",20,");
+        cell.replace("log.dat", "\n70.0,30,", "\n" + row[1] + ",30,");
+        const int cycle_records = std::stoi(row[3]);
+        cell.expect_run(0, counted_by_time(cycle_records, row[5]));
+        EXPECT_EQ(codes(cell), (Values{12, 2, 13, 2, cycle_records, std::stoi(row[4])}));
+        EXPECT_EQ(between(cell.output("filter.dat"), "@TEST_DURATION\n ", ".000000[sec]"), row[6]);
     }
 }
 

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "quon5/readers/chk_kw_n_specs.h"
 #include "quon5/readers/ftir_keywords.h"
 #include "runtime/strings.h"
@@ -13,57 +15,40 @@ namespace {
 using namespace reader_test;
 
 TEST(FtirKeywords, Extensions) {
-    for (const char* good :
-         {"L", "R", "F", "LF", "LR", "LM", "RF", "RR", "RM", "1", "9", "99", "02", "7x"}) {
-        EXPECT_EQ(valid_keywd_extension(("A@" + std::string(good)).c_str()), 1) << good;
-    }
-    for (const char* bad : {"0", "100", "-1", "X", "l", "lm", "FL", "LMR", "L1", "", "x7"}) {
-        EXPECT_EQ(valid_keywd_extension(("A@" + std::string(bad)).c_str()), 0) << bad;
-    }
-    for (const std::string& keyword : split("A A@2 A@2@3 A@", " ")) {
-        EXPECT_STREQ(trim_keyword(keyword.c_str()), "A");
-    }
-    for (const char* keyword : {"@A", "@A@2"}) EXPECT_STREQ(trim_keyword(keyword), "@A");
-    EXPECT_STREQ(trim_keyword(""), "");
+    for (const std::string& good : split("L R F LF LR LM RF RR RM 1 9 99 02 7x", " "))
+        EXPECT_EQ(valid_keywd_extension(("A@" + good).c_str()), 1) << good;
+    for (const std::string& bad : split("0 100 -1 X l lm FL LMR L1  x7", " "))
+        EXPECT_EQ(valid_keywd_extension(("A@" + bad).c_str()), 0) << bad;
+    for (const char* keyword : {"@A", "@A@2", "@A@2@3", "@A@"})
+        EXPECT_STREQ(trim_keyword(keyword), "@A");
     EXPECT_EQ(trim_keyword(std::string(99, 'x').c_str()), std::string(79, 'x'));
 }
 
 TEST(FtirKeywords, OfTheTestSpecification) {
-    const std::string found =
-        run({}, [] {
-            CVS_CI& ci = Customer_input;
-            ci.num_data_chns = ci.num_chn_groups = ci.num_ecm_chns = ci.num_subsystems = 1;
-            ci.num_AI_chns = ci.num_stat_chns = ci.num_chn_group_chns[0] =
-                ci.num_subsys_grp_chns[0] = 1;
-            CI_CHANNEL* const channels[] = {
-                ci.data_channels,     ci.chn_group_channels[0],       ci.ecm_channels,
-                ci.data_channels + 1, ci.subsys_logi_grp_channels[0], ci.chn_group_channels[1],
-                ci.AI_channels,       ci.statistical_channels,        ci.subsystem_logi_channels};
-            char name[] = "a@lm";  // and b@lm and so on
-            for (CI_CHANNEL* const channel : channels) {
-                copyn("test", channel->pam_keyword, name);
-                ++name[0];
-            }
-            std::string result;
-            for (char c = 'A'; c <= 'I'; ++c) {
-                result += std::to_string(chk_pkw_in_cvsci_specs((c + std::string("@LM")).c_str()));
-            }
-            for (const char* keyword : {"a@lm", "A"}) {
-                result += std::to_string(chk_pkw_in_cvsci_specs(keyword));
-            }
-            return result;
-        }).text();
-    EXPECT_EQ(found, "11101000000");
+    CVS_CI& ci = Customer_input;
+    ci.num_data_chns = ci.num_chn_groups = ci.num_ecm_chns = ci.num_subsystems = 1;
+    ci.num_AI_chns = ci.num_stat_chns = ci.num_chn_group_chns[0] = ci.num_subsys_grp_chns[0] = 1;
+    const auto look_up = [](auto*... channels) {
+        std::string found;
+        for (CI_CHANNEL* const channel : {channels...}) {
+            copyn("test", channel->pam_keyword, "a@lm");
+            for (const char* keyword : {"A@LM", "a@lm", "A"})
+                found += std::to_string(chk_pkw_in_cvsci_specs(keyword));
+            channel->pam_keyword[0] = '\0';
+        }
+        return found;
+    };
+    EXPECT_EQ(look_up(ci.data_channels, ci.chn_group_channels[0], ci.ecm_channels,
+                      ci.subsys_logi_grp_channels[0]),
+              "100100100100");
+    EXPECT_EQ(look_up(ci.data_channels + 1, ci.chn_group_channels[1], ci.AI_channels,
+                      ci.statistical_channels, ci.subsystem_logi_channels),
+              "000000000000000");
 }
 
 const char kSpecified[] =
     "AT1_CW_CO_MEA@2 AT1_CW_CO_MEA@LM AT1_CD_NO_MEA@99 EXH_CW_NO_MEA CVS_CW_CO2_MEA "
     "AT2_CW_CO_MEA@X";
-
-void expect_ftir(const std::string& file, const std::string& entries) {
-    EXPECT_EQ(run({{"ftir", file}}, [] { return read_ftir(kSpecified); }).text(), expected(entries))
-        << file;
-}
 
 TEST(FtirFile, Entries) {
     // The entry test: channel name, extension, foreign deskew channel, test specification. Sections
@@ -86,92 +71,80 @@ TEST(FtirFile, Entries) {
         @CONT_CHAN_REF_SPAN / XYZ / AT2_CW_CO_MEA@X 1 / "" => ! channel XYZ|2 ; ! channel-ext AT2_CW_CO_MEA@X|3 ; ! channel |4
         @PRIMARY_CHOICES / ?  EXH_CW_NO_MEA "a  b" ~80 / EXH_CW_NO_MEA / ? AT2_CW_CO_MEA@X => primary[0] 1|?  EXH_CW_NO_MEA "a  b" ~55 ; ! channel |3 ; ! channel-ext AT2_CW_CO_MEA@X|4
         EXH_CW_NO_MEA / @SAMPL_BAG_CONC more / XYZ 1 / @NONE / XYZ / @DESKEW_TIMES_2 => ! ftir-keyword @SAMPL_BAG_CONC|2 ; ! ftir-keyword @NONE|4 ; ! ftir-keyword @DESKEW_TIMES_2|6
-        @LEAK_TEST_VALIDATION / T 1 2 l 3 l AT1_CW_CO_MEA@2 XYZ AT2_CW_CO_MEA@X AT1_CW_CO_MEA EXH_CW_NO_MEA 2021/03/04-10:11:12 => train[0] 1|T|1|2|l|3|l|2021/03/04-10:11:1|AT1_CW_CO_MEA@2|EXH_CW_NO_MEA ; ! train XYZ|2 ; ! train-ext AT2_CW_CO_MEA@X|2
+        @LEAK_TEST_VALIDATION / T 1 2 l 3 l AT1_CW_CO_MEA@2 XYZ AT2_CW_CO_MEA@X AT1_CW_CO_MEA EXH_CW_NO_MEA 2021/03/04-10:11:12 => train[0] 1|T|1|2|l|3|l|2021/03/04-10:11:1|AT1_CW_CO_MEA@2|EXH_CW_NO_MEA ; read_ftir_file 65 30000 Entry ignored-LEAK TEST keywd = <XYZ> in file <ftir> at line=2 is invalid ; read_ftir_file 1 30000 Entry ignored - LEAK TEST keywd - An invalid PAM_keyword extension has been used for - <AT2_CW_CO_MEA@X> in file <ftir> at line=2
         @LEAK_TEST_VALIDATION / ~99 ~99 ~99 ~99 ~99 ~99 EXH_CW_NO_MEA CVS_CW_CO2_MEA / 10:11 => train[0] 1|~44|~79|~79|~15|~79|~15||EXH_CW_NO_MEA|CVS_CW_CO2_MEA ; train[1] 1|10:11||||||10:11
     )")) {
-        expect_ftir(c.lines, c.entries);
+        const auto read = [] { return read_ftir(kSpecified); };
+        EXPECT_EQ(run({{"ftir", c.lines}}, read), c.entries) << c.lines;
     }
 }
 
 TEST(FtirFile, DeskewTimesThatBelongElsewhere) {
-    for (const std::string& name : split("CVS_CD_CO2_MEA CVS_CD_CO_MEA CVS_CD_NO_MEA "
-                                         "CVS_CD_NOX_MEA CVS_CW_CO2_MEA CVS_CW_CO_MEA "
-                                         "CVS_CW_HC_MEA CVS_CW_NO_MEA CVS_CW_NOX_MEA EXH_CW_HC_MEA",
-                                         " ")) {
-        const OUTCOME outcome =
-            run({{"ftir", "@DESKEW_TIMES / " + name + " 1 / " + name + "@2 1 / " + name + "@X 1"}},
-                [&] { return read_ftir(name + ' ' + name + "@2"); });
-        EXPECT_EQ(outcome.text(), expected("! deskew-foreign " + name + "\n! deskew-foreign " +
-                                           name + "@2\n! deskew-ext " + name + "@X|4"));
+    for (const std::string species :
+         {"CVS_CD_CO2", "CVS_CD_CO", "CVS_CD_NO", "CVS_CD_NOX", "CVS_CW_CO2", "CVS_CW_CO",
+          "CVS_CW_HC", "CVS_CW_NO", "CVS_CW_NOX", "EXH_CW_HC"}) {
+        const std::string a = species + "_MEA", b = a + "@2";
+        EXPECT_EQ(run({{"ftir", "@DESKEW_TIMES / " + a + " 1 / " + b + " 1"}},
+                      [&] { return read_ftir(a + ' ' + b); }),
+                  "! deskew-foreign " + a + "\n! deskew-foreign " + b + "\n");
     }
 }
 
 TEST(FtirFile, MissingFileLeavesAnEmptyRecord) {
-    const OUTCOME outcome = run({{"ftir", "@DESKEW_TIMES / EXH_CW_NO_MEA 1"}}, [] {
+    const auto read = [] {
         const std::string before = read_ftir(kSpecified);
         copyn("test", FTIR_filename, "missing");
-        Spec_file_line_count = 7;
-        return before + read_ftir(kSpecified) + std::to_string(Spec_file_line_count) + '\n';
-    });
-    EXPECT_EQ(outcome.text(), expected("deskew[0] EXH_CW_NO_MEA|1|1|\n7\n! ftir missing"));
+        return before + read_ftir(kSpecified);
+    };
+    EXPECT_EQ(run({{"ftir", "@DESKEW_TIMES / EXH_CW_NO_MEA 1"}}, read),
+              "deskew[0] EXH_CW_NO_MEA|1|1|\n! ftir missing\n");
 }
 
-// Sections of so many lines; those that are read and stored, and what is logged.
+// Counts of deskew times, methods, choices, values and trains, and the line count kept.
 TEST(FtirFile, Capacities) {
-    const auto section = [](const std::string& keyword, const std::string& line, int count) {
+    const auto section = [](const std::string& keyword, int count, const std::string& line) {
         std::string text = "@" + keyword;
         while (count-- > 0) text += " / " + line;
         return text + " / ";
     };
-    const auto counts = [](const std::string& file) {
-        return run({{"ftir", file}},
-                   [] {
-                       Spec_file_line_count = 7;  // of the file in which this one is read
-                       read_ftir(kSpecified);
-                       std::string result;
-                       for (const int n : {+Ftir.num_deskew_chans, +Ftir.num_det_method_chans,
-                                           +Ftir.num_prim_chans, +Ftir.emKeywd[2].num_ftir_chans,
-                                           +Ftir.num_leak_trains, +Spec_file_line_count}) {
-                           result += std::to_string(n) + ' ';
-                       }
-                       return result + Ftir.leak_tst[15].train + '\n';
-                   })
-            .text();
+    const auto counts = [] {
+        Spec_file_line_count = 7;  // of the file in which this one is read
+        read_ftir(kSpecified);
+        std::ostringstream result;
+        for (const int n :
+             {+Ftir.num_deskew_chans, +Ftir.num_det_method_chans, +Ftir.num_prim_chans,
+              +Ftir.emKeywd[2].num_ftir_chans, +Ftir.num_leak_trains, +Spec_file_line_count})
+            result << n << ' ';
+        return result.str() + Ftir.leak_tst[15].train + '\n';
     };
-    const std::string no = "EXH_CW_NO_MEA 1", unspecified = "AT1_CW_CO_MEA 1",
-                      leak = "LEAK_TEST_VALIDATION";
-    // 1044 lines of a section are read, whether they are accepted or not
-    EXPECT_EQ(counts(section("DESKEW_TIMES", unspecified, 1043) + no + " / " + no + " / " +
-                     section("CONT_CHAN_UL_VAL", no, 1050)),
-              "1 0 0 1044 0 7 \n");
-    // lists that run on over sections are full at 1044 entries, which each section reports once
-    EXPECT_EQ(counts(section("DESKEW_TIMES", no, 1044) +
-                     section("DESKEW_TIMES", unspecified + " / " + no, 2) +
-                     section("DESKEW_TIMES", no, 1)),
-              "1044 0 0 0 0 7 \n" + expected("! full 1048\n! full 1052"));
-    EXPECT_EQ(
-        counts(section("CONT_CHAN_DET_METHOD", no, 1043) + section("CONT_CHAN_DET_METHOD", no, 3)),
-        "0 1044 0 0 0 7 \n" + expected("! full 1047"));
-    EXPECT_EQ(counts(section("PRIMARY_CHOICES", "? " + no, 1043) +
-                     section("PRIMARY_CHOICES", "? " + no, 3)),
-              "0 0 1044 0 0 7 \n" + expected("! full 1047"));
-    // 16 leak trains over all sections, the rest unread
-    EXPECT_EQ(counts(section(leak, "T 1 2 l 3 l", 15) + section(leak, "U 1 2 l 3 l", 1) +
-                     section(leak, "V 1 2 l 3 l XYZ", 2)),
-              "0 0 0 0 16 7 U\n");
+    const std::string no = "EXH_CW_NO_MEA 1", other = "AT1_CW_CO_MEA 1", leak = " 1 2 l 3 l";
+    const std::pair<std::string, const char*> files[] = {
+        // 1044 lines of a section are read, whether they are accepted or not
+        {section("DESKEW_TIMES", 1043, other) + no + " / " + no + " / " +
+             section("CONT_CHAN_UL_VAL", 1050, no),
+         "1 0 0 1044 0 7 \n"},
+        // lists that run on over sections are full at 1044 entries, which each section reports once
+        {section("DESKEW_TIMES", 1044, no) + section("DESKEW_TIMES", 2, other + " / " + no) +
+             section("DESKEW_TIMES", 1, no),
+         "1044 0 0 0 0 7 \n! full 1048\n! full 1052\n"},
+        {section("CONT_CHAN_DET_METHOD", 1043, no) + section("CONT_CHAN_DET_METHOD", 3, no) +
+             section("PRIMARY_CHOICES", 1043, "? " + no) + section("PRIMARY_CHOICES", 3, "? " + no),
+         "0 1044 1044 0 0 7 \n! full 1047\n! full 2095\n"},
+        // 16 leak trains over all sections, the rest unread
+        {section("LEAK_TEST_VALIDATION", 15, "T" + leak) +
+             section("LEAK_TEST_VALIDATION", 1, "U" + leak) +
+             section("LEAK_TEST_VALIDATION", 2, "V" + leak + " XYZ"),
+         "0 0 0 0 16 7 U\n"}};
+    for (const auto& [file, expected] : files) EXPECT_EQ(run({{"ftir", file}}, counts), expected);
 }
 
 // The same options in the bench file and in the FTIR file.
 TEST(ChemicalBalance, BenchAndFtir) {
     const auto expect = [](const std::string& lines, std::string bench, std::string ftir) {
         const std::string file = "@CHEMICAL_BALANCE_OPTIONS / " + lines;
-        EXPECT_EQ(run({{"ftir", file}}, [] { return read_ftir("A"); }).text(), expected(ftir))
-            << lines;
-        EXPECT_EQ(
-            run({{"bench", "@SPECIES_TAG_TO_KEYWORD_MAPPING / " + file}, {"ftir", ""}}, read_bench)
-                .text(),
-            expected(bench))
-            << lines;
+        EXPECT_EQ(run({{"ftir", file}}, [] { return read_ftir("A"); }), ftir) << lines;
+        const FILES files = {{"bench", "@SPECIES_TAG_TO_KEYWORD_MAPPING / " + file}, {"ftir", ""}};
+        EXPECT_EQ(run(files, read_bench), bench) << lines;
     };
     for (const CASE& c : cases(R"(
         OPTIONS / DIL_CO2 AT1_CD_CO2_MEA@2 ppm / K_H2O_GAS 3.5 / CVS_CONT_OPTIONS / CO2 K => option[0] OPTIONS|0 DIL_CO2|AT1_CD_CO2_MEA@2|ppm|1 K_H2O_GAS|3.5| ; option[1] CVS_CONT_OPTIONS|4 CO2|K|
@@ -184,19 +157,19 @@ TEST(ChemicalBalance, BenchAndFtir) {
         std::string ftir = c.entries;
         for (std::size_t at = 0; (at = ftir.find("option[", at)) != std::string::npos; at += 12)
             ftir.insert(at, "ftir_");
-        if (c.lines.find("@NEXT") != std::string::npos) ftir += "! ftir-keyword @NEXT_SECTION|3";
+        if (c.lines.find("@NEXT") != std::string::npos) ftir += "! ftir-keyword @NEXT_SECTION|3\n";
         expect(c.lines, c.entries, ftir);
     }
     // A line between groups ends the FTIR file's options, not the bench's.
-    expect("CO2 K / OPTIONS / K_H2O_GAS 1", "option[0] OPTIONS|1 K_H2O_GAS|1|", "");
+    expect("CO2 K / OPTIONS / K_H2O_GAS 1", "option[0] OPTIONS|1 K_H2O_GAS|1|\n", "");
     expect("OPTIONS / K_H2O_GAS 1 / WHAT / NOX K / RAW_CONT_OPTIONS / NOX K",
-           "option[0] OPTIONS|1 K_H2O_GAS|1|\noption[3] RAW_CONT_OPTIONS|9 NOX|K|",
-           "ftir_option[0] OPTIONS|1 K_H2O_GAS|1|");
+           "option[0] OPTIONS|1 K_H2O_GAS|1|\noption[3] RAW_CONT_OPTIONS|9 NOX|K|\n",
+           "ftir_option[0] OPTIONS|1 K_H2O_GAS|1|\n");
     // Only the FTIR file's dilution CO2 is to be an FTIR channel with an extension.
     expect("OPTIONS / DIL_CO2 XYZ@2 / DIL_CO2 AT1_CD_CO2_MEA / DIL_CO2 AT1_CD_CO2_MEA@X / DIL_CO2",
-           "option[0] OPTIONS|0 DIL_CO2||",
+           "option[0] OPTIONS|0 DIL_CO2||\n",
            "ftir_option[0] OPTIONS\n! option XYZ@2|3\n! option-ext AT1_CD_CO2_MEA|4\n"
-           "! option-ext AT1_CD_CO2_MEA@X|5\n! option |6");
+           "! option-ext AT1_CD_CO2_MEA@X|5\n! option |6\n");
 }
 
 }  // namespace

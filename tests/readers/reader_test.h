@@ -15,23 +15,13 @@ namespace reader_test {
 // Names and contents of input files; " / " stands for a line end.
 using FILES = std::map<std::string, std::string>;
 
-struct OUTCOME {
-    std::string result;
-    std::string log;  // a line for each entry: "! module mode code text", line ends in it as "\n"
-    std::string text() const { return result + log; }
-};
-
 // Runs `body` in a process of its own: in a directory that holds `files`, with the index maps of
 // start-up, the emission bench, FTIR and particulate cart files named bench, ftir and cart (no cart
-// without such a file), and nothing on standard error. Fails the test when the process dies.
-OUTCOME run(const FILES& files, const std::function<std::string()>& body);
+// without such a file). Gives its result and a line for each entry of the error log: "! name
+// arguments" for a message that reader_test.cpp names. Fails the test when the process dies.
+std::string run(const FILES& files, const std::function<std::string()>& body);
 
-// Expected text: a line, or after a line end a further one, of "! name arguments" stands for a
-// message of the readers (reader_test.cpp), its arguments separated by bars.
-std::string expected(const std::string& text);
-
-// The rows "contents => line ; line" of a table. ~9 stands for nine characters x, \t and \r for
-// what would not show.
+// The rows "contents => line ; line" of a table. ~9 stands for nine characters x.
 struct CASE {
     std::string lines;
     std::string entries;
@@ -40,10 +30,9 @@ std::vector<CASE> cases(const std::string& table);
 
 std::vector<std::string> split(const std::string& text, const std::string& separator);
 std::string expanded(const std::string& text);  // " / " as line ends
-std::string read_file(const char* name);
+std::string read_file(const std::string& name);
 
-// Every entry of the emission test record or of the FTIR record that is not zero, a line each:
-// "member[2][5] 1|CO|CVS_CD_CO_MEA|1.5|ppm".
+// Entries of these records that are not zero, a line each: "member[2][5] 1|CO|K|1.5|ppm".
 std::string emission_entries();
 std::string ftir_entries();
 
@@ -54,9 +43,6 @@ void specify(const std::string& pam_keywords);
 std::string read_bench();
 // Reads the FTIR file with these channels specified.
 std::string read_ftir(const std::string& pam_keywords);
-
-// The texts of the 72 entry keywords, by index.
-const std::vector<std::string>& entry_keywords();
 
 }  // namespace reader_test
 

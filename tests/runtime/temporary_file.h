@@ -7,6 +7,8 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <map>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -21,8 +23,6 @@ class TEMPORARY_FILE {
         std::ofstream(path_, std::ios::binary) << contents;
     }
     ~TEMPORARY_FILE() { unlink(path()); }
-    TEMPORARY_FILE(const TEMPORARY_FILE&) = delete;
-    TEMPORARY_FILE& operator=(const TEMPORARY_FILE&) = delete;
     const char* path() const { return path_.c_str(); }
     std::string contents() const {
         std::ifstream file(path_, std::ios::binary);
@@ -40,14 +40,8 @@ class TEST_LOG : public TEMPORARY_FILE {
     ~TEST_LOG() { unsetenv("TAVRIN_ERROR_LOG"); }
     // The entries without times and source lines: "module mode=1 code=0 text".
     std::string text() const {
-        std::istringstream lines(contents());
-        std::string result;
-        for (std::string line; std::getline(lines, line); result += line + '\n') {
-            if (line.starts_with('\t')) continue;
-            const std::size_t colon = line.find(':', 20);
-            line.erase(colon, line.find(' ', colon) - colon).erase(0, 20);
-        }
-        return result;
+        static const std::regex head("(^|\n)\\S{19} (\\w+):\\d+");
+        return std::regex_replace(contents(), head, "$1$2");
     }
 };
 
@@ -62,26 +56,19 @@ inline std::vector<std::string> split(const std::string& text, char separator) {
 // do not count. \n \r \t and \s (a blank) stand for what would not show, \0 for the character zero,
 // \L for 1023 and \V for 303 characters x.
 using ROW = std::vector<std::string>;
-inline std::vector<ROW> rows(std::string table) {
-    for (std::size_t at = 0; (at = table.find("||", at)) != std::string::npos;) {
-        table.replace(at, 2, "\n");
-    }
+inline std::vector<ROW> rows(const std::string& table) {
+    static const std::regex row_end("\\|\\|");
+    static const std::map<char, char> codes = {{'n', '\n'}, {'r', '\r'}, {'t', '\t'}, {'s', ' '},
+                                               {'0', '\0'}, {'L', 'x'},  {'V', 'x'}};
     std::vector<ROW> result;
-    for (const std::string& line : split(table, '\n')) {
-        if (line.empty()) continue;
+    for (const std::string& line : split(std::regex_replace(table, row_end, "\n"), '\n')) {
         result.emplace_back();
         for (std::string& cell : split(line, '|')) {
             cell.erase(0, cell.find_first_not_of(' ')).erase(cell.find_last_not_of(' ') + 1);
             std::string& text = result.back().emplace_back();
             for (std::size_t i = 0; i < cell.size(); ++i) {
-                const std::size_t code = std::string("nrts0").find(cell[i + 1]);
-                if (cell[i] != '\\') {
-                    text += cell[i];
-                } else if (++i; code == std::string::npos) {
-                    text += std::string(cell[i] == 'L' ? 1023 : 303, 'x');
-                } else {
-                    text += "\n\r\t \0"[code];
-                }
+                const char c = cell[i] == '\\' ? codes.at(cell[++i]) : cell[i];
+                text.append(c != 'x' || cell[i] == c ? 1 : cell[i] == 'L' ? 1023 : 303, c);
             }
         }
     }

@@ -1,10 +1,15 @@
-// The number of channels that the test specification asks to be logged.
+// The number of channels that the test specification asks to be logged, and of cycle records.
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <sstream>
 
+#include "quon5/process_records.h"
 #include "quon5/quon5.h"
-#include "runtime/shared_variables.h"
+#include "quon5/timing/data_defn.h"
+#include "quon5/timing/logged_channels.h"
+#include "runtime/logger_data.h"
+#include "runtime/strings.h"
 #include "tests/readers/reader_test.h"
 
 namespace {
@@ -25,24 +30,16 @@ void specify_subsystems(const std::string& labels) {
 
 TEST(SpecifiedChannels, OfSubsystems) {
     // Each subsystem counts one; the first all its channels, a later one those not named before.
-    specify_subsystems("");
-    EXPECT_EQ(calc_num_spec_logr_chans(), 0);
-    for (const reader_test::CASE& c : reader_test::cases(R"(
-        A => 2
-        XX => 3
-        XX/X => 4
-        A/A/A => 4
-        A/BC/CDB/D => 8
-        A/BB => 4
-        /A/A => 4
-        a/A => 4
-    )")) {
-        specify_subsystems(c.lines);
-        EXPECT_EQ(calc_num_spec_logr_chans(), std::stoi(c.entries)) << c.lines;
+    for (const std::string& row :
+         reader_test::split("=0 A=2 XX=3 XX/X=4 A/A/A=4 A/BC/CDB/D=8 A/BB=4 /A/A=4 a/A=4", " ")) {
+        const std::size_t labels = row.find('=');
+        specify_subsystems(row.substr(0, labels));
+        EXPECT_EQ(calc_num_spec_logr_chans(), std::stoi(row.substr(labels + 1))) << row;
     }
 }
 
 TEST(SpecifiedChannels, OfOtherLists) {
+    specify_subsystems("");
     CVS_CI& ci = Customer_input;
     ci.num_ecm_chns = 600;
     ci.num_data_chns = 50;
@@ -54,26 +51,35 @@ TEST(SpecifiedChannels, OfOtherLists) {
     EXPECT_EQ(calc_num_spec_logr_chans(), 32767 + 53 - 65536);  // sums have 16 bits
 }
 
-TEST(SpecifiedChannels, Duplicates) {
-    specify_subsystems("AB/BC/CB");
-    // Label, subsystem and channel, and whether it was named before.
-    for (const reader_test::CASE& c : reader_test::cases(R"(
-        A00 => 0
-        B01 => 0
-        B10 => 1
-        C11 => 0
-        C20 => 1
-        B21 => 1
-        b21 => 0
-        D10 => 0
-        A01 => 1
-        C00 => 1
-    )")) {
-        const char label[] = {c.lines[0], '\0'};
-        const auto i = static_cast<short>(c.lines[1] - '0'),
-                   j = static_cast<short>(c.lines[2] - '0');
-        EXPECT_EQ(duplicate_chan_chk(&Customer_input, label, i, j), c.entries[0] - '0') << c.lines;
-    }
+// The cycle, which begins with the first record, ends before it: no cycle record is left.
+TEST(FixedCycle, EndsBeforeTheFirstRecord) {
+    std::string log =
+        "@QUON5_CYCLE_TIME / 0[sec] / @TR_EM_CYCLE_NAME / FTP[-] / "
+        "@LOGGED_CHANNELS / time sec 1 / SYNC - 0 / @LOGGED_RECORDS";
+    for (int time = -70; time < -25; ++time)
+        log += " / " + std::to_string(time) + (time < -50 ? ",20" : time < -30 ? ",30" : ",40");
+    const auto count = [] {
+        copyn("test", Quon5_output_filename, "run7.quon5");
+        copyn("test", Orda_specs_filename, "orda");
+        copyn("test", Customer_input.cycles[0], "FTP");
+        copyn("test", Tr_em_data_chans[EM_SYNC_CHAN], "SYNC");
+        copyn("test", Tr_em_data_chans[EM_TIME_CHAN], "time");
+        Logr_data_iptr = std::fopen("logger", "r");
+        get_logr_chan_info_mem("logger", &All_chans);
+        index_logged_channels();
+        short channels = -1;
+        int start = -1, cycle = -1, overrun = -1;
+        double cycle_time = -1;
+        data_defn(&channels, &start, &cycle, &overrun, All_chans, &cycle_time);
+        return (std::ostringstream()
+                << start << ' ' << cycle << ' ' << overrun << ' ' << cycle_time)
+                   .str() +
+               '\n';
+    };
+    EXPECT_EQ(reader_test::run({{"logger", log}, {"orda", ""}}, count),
+              "0 0 40 70\ndata_defn 257 0 Run = run7, Time based num of records = 0, \n"
+              "\t     sync_chan based num of records = 20, \n"
+              "\t     floger time of ending record = 0.000000\n");
 }
 
 }  // namespace
