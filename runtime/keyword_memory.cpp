@@ -8,6 +8,7 @@
 
 #include "inc/numbers.h"
 #include "inc/open_file.h"
+#include "inc/zero_record.h"
 #include "runtime/error_log.h"
 #include "runtime/shared_variables.h"
 #include "runtime/strings.h"
@@ -108,7 +109,8 @@ void* get_shrd_mem(SM_AREA_ID area, int /*size*/) {
     if (filename == nullptr) filename = "keyword_memory.dat";
     FILE* file = area == KEYWORD_MEM ? open_for_reading(filename) : nullptr;
     if (file == nullptr) return nullptr;
-    std::memset(&keyword_area, 0, sizeof keyword_area);
+    static bool untouched = true;
+    zero_record(keyword_area, untouched);
     variables().clear();
     index_rows(read_keyword_file(file, filename));
     fclose(file);

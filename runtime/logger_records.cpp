@@ -1,105 +1,107 @@
 #include "runtime/logger_records.h"
 
-#include <strings.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
+#include <bit>
 #include <climits>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "inc/numbers.h"
+#include "runtime/number_reading.h"
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr std::uint64_t kMaxExactInteger = std::uint64_t{1} << 53;
-constexpr int kMaxDigits = 19;  // that fit 64 bits
 
-bool is_digit(char c) {
-    return static_cast<unsigned char>(c - '0') < 10;
-}
+// The bytes of a block, one bit each: set where a field ends. `block` is readable for kBlock bytes.
+constexpr int kBlock = 64;
 
-// Reads digits at `p` into `mantissa`; returns how many.
-long read_digits(const char*& p, std::uint64_t& mantissa) {
-    const char* const first = p;
-    for (; is_digit(*p); ++p) mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p - '0');
-    return p - first;
-}
-
-// Reads the plain decimal number at `p` (sign, digits, point, digits) when it is short enough that
-// one exact division of two exact doubles gives the correctly rounded value; that is how loggers
-// write. The text ends with a newline, so no read passes its end. False, with `p` anywhere, when
-// the general conversion is needed.
-bool read_plain_decimal(const char*& p, double& value) {
-    const bool negative = *p == '-';
-    if (negative || *p == '+') ++p;
-    std::uint64_t mantissa = 0;
-    long digits = read_digits(p, mantissa);
-    long decimals = 0;
-    if (*p == '.') {
-        ++p;
-        decimals = read_digits(p, mantissa);
-        digits += decimals;
+std::uint64_t field_ends(const char* block) {
+    std::uint64_t ends = 0;
+#ifdef __SSE2__
+    const __m128i comma = _mm_set1_epi8(',');
+    const __m128i newline = _mm_set1_epi8('\n');
+    for (int i = kBlock - 16; i >= 0; i -= 16) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + i));
+        const __m128i end =
+            _mm_or_si128(_mm_cmpeq_epi8(bytes, comma), _mm_cmpeq_epi8(bytes, newline));
+        ends = ends << 16 | static_cast<std::uint64_t>(_mm_movemask_epi8(end));
     }
-    if (digits == 0 || digits > kMaxDigits || mantissa > kMaxExactInteger) return false;
-    const double magnitude = static_cast<double>(mantissa) / kPowersOfTen[decimals];
-    value = negative ? -magnitude : magnitude;
-    return true;
-}
-
-bool ends_field(char c) {
-    return c == ',' || c == '\n';
-}
-
-const char* skip_spaces(const char* p) {
-    while (*p == ' ') ++p;
-    return p;
-}
-
-// Reads the field at `p` and leaves `p` at the comma or newline that ends it.
-bool read_field(const char*& p, double& value) {
-    const char* const first = p = skip_spaces(p);
-    if (read_plain_decimal(p, value)) {
-        p = skip_spaces(p);
-        if (*p == '\r' && p[1] == '\n') ++p;
-        if (ends_field(*p)) return true;
+#else
+    for (int i = kBlock - 1; i >= 0; --i) {
+        ends = ends << 1 | (block[i] == ',' || block[i] == '\n' ? 1U : 0U);
     }
-    while (!ends_field(*p)) ++p;
-    std::string_view field(first, static_cast<std::size_t>(p - first));
-    if (*p == '\n' && !field.empty() && field.back() == '\r') field.remove_suffix(1);
-    return read_logged_value(field, value);
+#endif
+    return ends;
 }
 
-bool is_blank_line(const char* p) {
-    p = skip_spaces(p);
-    return *p == '\n' || (*p == '\r' && p[1] == '\n');
+// Goes through a text field by field. It looks up to kBlock bytes beyond the field.
+class FieldScan {
+ public:
+    explicit FieldScan(const char* text) : next_(text), block_(text), ends_(field_ends(text)) {}
+
+    // Where the next field begins.
+    const char* next() const { return next_; }
+
+    // Takes the next field: returns the comma or newline that ends it.
+    const char* take() {
+        while (ends_ == 0) {
+            block_ += kBlock;
+            ends_ = field_ends(block_);
+        }
+        const char* const end = block_ + std::countr_zero(ends_);
+        ends_ &= ends_ - 1;
+        next_ = end + 1;
+        return end;
+    }
+
+ private:
+    const char* next_;
+    const char* block_;
+    std::uint64_t ends_;  // of the block, from next_ on
+};
+
+// A field without the carriage return before a newline.
+std::string_view field_text(const char* first, const char* end) {
+    std::string_view field(first, static_cast<std::size_t>(end - first));
+    if (*end == '\n' && !field.empty() && field.back() == '\r') field.remove_suffix(1);
+    return field;
 }
 
-// Reads the record at `p` into `row` and leaves `p` behind its newline. False when values are
-// missing, surplus or invalid.
-bool read_record(const char*& p, double* row, int num_channels) {
+bool is_blank(std::string_view field) {
+    return field.find_first_not_of(' ') == std::string_view::npos;
+}
+
+enum class Line { blank, record, flawed_record };
+
+// Reads the next line, a record into `row`. Missing and invalid values are NaN.
+Line read_line(FieldScan& scan, double* row, int num_channels) {
     bool good = true;
+    const char* first = scan.next();
+    const char* end = scan.take();
+    if (*end == '\n' && is_blank(field_text(first, end))) return Line::blank;
     int channel = 0;
-    for (;; ++p) {
-        double value = kNaN;
-        const bool valid = read_field(p, value);
-        good = good && valid && channel < num_channels;
-        if (channel < num_channels) row[channel++] = value;
-        if (*p == '\n') break;
+    for (;;) {
+        if (!read_short_decimal(first, end, row[channel])) {
+            good = read_logged_value(field_text(first, end), row[channel]) && good;
+        }
+        ++channel;
+        if (*end == '\n' || channel == num_channels) break;
+        first = scan.next();
+        end = scan.take();
     }
-    ++p;
-    good = good && channel == num_channels;
-    while (channel < num_channels) row[channel++] = kNaN;
-    return good;
+    good = good && channel == num_channels && *end == '\n';
+    std::fill(row + channel, row + num_channels, kNaN);
+    while (*end != '\n') end = scan.take();
+    return good ? Line::record : Line::flawed_record;
 }
 
 // Records are gathered in a tile that fits the cache before they are spread over the columns:
@@ -116,24 +118,19 @@ class RecordReader {
           text_size_(text_size),
           tile_(static_cast<std::size_t>(tile_records_) * static_cast<std::size_t>(num_channels)) {}
 
-    // Reads the lines in `text`, which ends with a newline.
+    // Reads the lines in `text`, which ends with a newline, and READ_BEFORE bytes before it and
+    // kBlock bytes behind it can be read.
     void read(std::string_view text, void (*release)(const char*)) {
-        const char* p = text.data();
-        const char* const end = p + text.size();
-        while (p != end && !flaws_.out_of_memory) {
-            const char* const start = p;
-            if (is_blank_line(p)) {
-                p = static_cast<const char*>(
-                        std::memchr(p, '\n', static_cast<std::size_t>(end - p))) +
-                    1;
-            } else {
-                read_one(p);
-            }
-            read_bytes_ += p - start;
+        FieldScan scan(text.data());
+        const char* const end = text.data() + text.size();
+        while (scan.next() != end && !flaws_.out_of_memory) {
+            const char* const start = scan.next();
+            read_one(scan);
+            read_bytes_ += scan.next() - start;
             ++line_;
             if (in_tile_ == tile_records_) {
                 flush();
-                if (release != nullptr) release(p);
+                if (release != nullptr) release(scan.next());
             }
         }
     }
@@ -145,12 +142,12 @@ class RecordReader {
     }
 
  private:
-    void read_one(const char*& p) {
+    void read_one(FieldScan& scan) {
         double* row =
             &tile_[static_cast<std::size_t>(in_tile_) * static_cast<std::size_t>(num_channels_)];
-        if (!read_record(p, row, num_channels_)) {
-            if (flaws_.num_flawed++ == 0) flaws_.first_line = line_;
-        }
+        const Line line = read_line(scan, row, num_channels_);
+        if (line == Line::blank) return;
+        if (line == Line::flawed_record && flaws_.num_flawed++ == 0) flaws_.first_line = line_;
         ++in_tile_;
     }
 
@@ -221,43 +218,22 @@ void LoggerColumns::finish() {
     }
 }
 
-bool read_logged_value(std::string_view field, double& value) {
-    value = kNaN;
-    while (!field.empty() && field.front() == ' ') field.remove_prefix(1);
-    while (!field.empty() && field.back() == ' ') field.remove_suffix(1);
-    std::string_view unsigned_part = field;
-    const bool negative = !field.empty() && field.front() == '-';
-    if (negative || (!field.empty() && field.front() == '+')) unsigned_part.remove_prefix(1);
-    if (unsigned_part.size() == 3 && strncasecmp(unsigned_part.data(), "nan", 3) == 0) return true;
-    double magnitude = 0.0;
-    if (unsigned_part.size() == 3 && strncasecmp(unsigned_part.data(), "inf", 3) == 0) {
-        magnitude = std::numeric_limits<double>::infinity();
-    } else {
-        // from_chars takes further names of infinity and NaN, and a sign of its own.
-        if (unsigned_part.empty() || !(is_digit(unsigned_part[0]) || unsigned_part[0] == '.')) {
-            return false;
-        }
-        const char* const end = unsigned_part.data() + unsigned_part.size();
-        const auto [stop, error] = std::from_chars(unsigned_part.data(), end, magnitude);
-        if (stop != end || error == std::errc::invalid_argument) return false;
-        if (error == std::errc::result_out_of_range) {
-            magnitude = leading_number(std::string(unsigned_part).c_str());
-        }
-    }
-    value = negative ? -magnitude : magnitude;
-    return true;
-}
-
 RecordFlaws read_records(std::string_view text, long line, int num_channels, LoggerColumns& columns,
                          void (*release)(const char* read_to)) {
     RecordReader reader(line, num_channels, columns, static_cast<long>(text.size()));
-    // The last line may lack its newline; it is read from a copy that has one.
-    const std::size_t body = text.rfind('\n') + 1;  // 0 when there is none
-    reader.read(text.substr(0, body), release);
-    if (body < text.size()) {
-        std::string last(text.substr(body));
-        if (last.back() == '\r') last.pop_back();
-        reader.read(last + '\n', nullptr);
+    // The last lines are read from a copy: with room around it to look ahead, and with a newline
+    // at its end, which the file may lack.
+    const std::size_t ahead = std::min<std::size_t>(text.size(), kBlock);
+    const std::size_t body = text.substr(0, text.size() - ahead).rfind('\n') + 1;  // 0: none
+    if (body > 0) reader.read(text.substr(0, body), release);
+    std::string last(text.substr(body));
+    if (!last.empty() && last.back() == '\r') last.pop_back();
+    if (!last.empty() && last.back() != '\n') last += '\n';
+    if (!last.empty()) {
+        const std::size_t size = last.size();
+        last.insert(0, READ_BEFORE, ' ');
+        last.append(kBlock, ' ');
+        reader.read(std::string_view(last).substr(READ_BEFORE, size), nullptr);
     }
     return reader.finish();
 }

@@ -39,13 +39,10 @@ struct RecordFlaws {
     bool out_of_memory = false;
 };
 
-// Reads the records in `text` into `columns`. `line` is the number of their first line.
-// `release(p)` is called now and then with the point up to which the text has been read.
+// Reads the records in `text` into `columns`; READ_BEFORE bytes in front of it must be readable.
+// `line` is the number of their first line. `release(p)` is called now and then with the point up
+// to which the text has been read.
 RecordFlaws read_records(std::string_view text, long line, int num_channels, LoggerColumns& columns,
                          void (*release)(const char* read_to));
-
-// Reads a value of a record: a decimal number with optional sign and exponent, or nan or inf in
-// any case, spaces around it allowed. False when `field` is anything else; `value` is then NaN.
-bool read_logged_value(std::string_view field, double& value);
 
 #endif

@@ -39,6 +39,20 @@ bool read_physical_line(FILE* fp, char* line) {
     return true;
 }
 
+// Passes over lines up to the next that begins with '@'. False at the end of the file.
+bool skip_to_keyword_line(FILE* fp) {
+    int c = 0;
+    while ((c = getc_unlocked(fp)) != EOF) {
+        if (c == '@') {
+            ungetc(c, fp);
+            return true;
+        }
+        while (c != '\n' && c != EOF) c = getc_unlocked(fp);
+        count_line();
+    }
+    return false;
+}
+
 bool is_skipped(const char* line) {
     const char first = line[std::strspn(line, kBlanksAndTabs)];
     return first == '\0' || first == '#';
@@ -62,9 +76,10 @@ short get_next_line(FILE* fp, char* line) {
 short get_1st_line(FILE* fp, char* line, const char* keyword) {
     rewind(fp);
     Spec_file_line_count = 0;
-    while (get_next_line(fp, line) > 0) {
+    while (skip_to_keyword_line(fp) && get_next_line(fp, line) > 0) {
         if (is_keyword_line(line, keyword)) return get_next_line(fp, line);
     }
+    line[0] = '\0';
     return NO_KEYWORD;
 }
 

@@ -1,5 +1,7 @@
 #include "quon5/composite/composite_rows.h"
 
+#include <memory>
+
 #include "quon5/composite/number_format.h"
 
 namespace {
@@ -28,8 +30,8 @@ char* CompositeRows::write_row(char* out, int record) const {
 
 void CompositeRows::write(int first, int last) {
     const std::size_t row_size = columns_.size() * (NUMBER_SIZE + 1) + 1;
-    std::vector<char> block(kBlockSize + row_size);
-    char* out = block.data();
+    const auto block = std::make_unique_for_overwrite<char[]>(kBlockSize + row_size);
+    char* out = block.get();
     const char* const full = out + kBlockSize;
     for (int record = first; record < last; ++record) {
         // The columns lie far apart; their next cache lines are fetched while these are written.
@@ -40,8 +42,8 @@ void CompositeRows::write(int first, int last) {
         }
         out = write_row(out, record);
         if (out >= full || record + 1 == last) {
-            fwrite(block.data(), 1, static_cast<std::size_t>(out - block.data()), file_);
-            out = block.data();
+            fwrite(block.get(), 1, static_cast<std::size_t>(out - block.get()), file_);
+            out = block.get();
         }
     }
 }

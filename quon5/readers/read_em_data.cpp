@@ -7,6 +7,7 @@
 
 #include "inc/numbers.h"
 #include "inc/open_file.h"
+#include "inc/zero_record.h"
 #include "quon5/process_records.h"
 #include "quon5/readers/proc_chem_bal.h"
 #include "quon5/readers/proc_choices.h"
@@ -234,7 +235,8 @@ short read_em_data(EM_CHAN_INFO* em_cart_info) {
                   "Could not open file %s, errno=%s", Em_cart_filename, strerror(errno));
         return -1;
     }
-    std::memset(&Emis_data, 0, sizeof Emis_data);
+    static bool untouched = true;
+    zero_record(Emis_data, untouched);
     set_measrd_species(file, em_cart_info);
     for (const PM_CART_ENTRIES entry : {DESKEW_TIMES_PM, MPS_INFO_PM, APS_INFO_PM, BPS_INFO_PM}) {
         read_pcd_file(entry);

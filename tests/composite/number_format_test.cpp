@@ -10,14 +10,9 @@
 #include <iterator>
 #include <limits>
 
-namespace {
+#include "tests/random_numbers.h"
 
-std::uint64_t next_random(std::uint64_t& state) {
-    std::uint64_t z = state += 0x9e3779b97f4a7c15;
-    z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9;
-    z = (z ^ (z >> 27)) * 0x94d049bb133111eb;
-    return z ^ (z >> 31);
-}
+namespace {
 
 constexpr double kPowers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
 
@@ -61,11 +56,11 @@ double sample(std::uint64_t r, std::uint64_t bits) {
 }  // namespace
 
 TEST(NumberFormat, WritesWhatPrintfWrites) {
-    std::uint64_t state = 20260305;
+    RandomBits random;
     int wrong = 0;
-    for (int i = 0; i < 10'000'000 && wrong < 10; ++i) {
-        const std::uint64_t r = next_random(state);
-        const double value = sample(r, next_random(state));
+    for (long i = 0; i < num_samples() && wrong < 10; ++i) {
+        const std::uint64_t r = random();
+        const double value = sample(r, random());
         const int decimals = static_cast<int>(r >> 60);
         char expected[400];
         char written[400];
