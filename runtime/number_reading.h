@@ -54,10 +54,10 @@ inline bool read_short_decimal(const char* first, const char* end, double& value
     word = ((word & kEvenPairs) * (100 + (std::uint64_t{1000000} << 32)) +
             (word >> 16 & kEvenPairs) * (1 + (std::uint64_t{10000} << 32))) >>
            32;
-    constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
-    const double magnitude =
-        static_cast<double>(static_cast<std::int64_t>(word)) / kPowersOfTen[decimals];
-    value = std::bit_cast<double>(std::bit_cast<std::uint64_t>(magnitude) | negative << 63);
+    // A quotient has the sign of its divisor: -0.0 comes out as well.
+    static constexpr double kDivisors[2][8] = {{1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7},
+                                               {-1e0, -1e1, -1e2, -1e3, -1e4, -1e5, -1e6, -1e7}};
+    value = static_cast<double>(static_cast<std::int64_t>(word)) / kDivisors[negative][decimals];
     return true;
 }
 

@@ -43,14 +43,13 @@ inline char* write_short(char* out, std::uint32_t scaled, unsigned decimals) {
     const std::uint64_t digits =
         kFourDigits[scaled / 10000] | std::uint64_t{kFourDigits[scaled % 10000]} << 32;
     const unsigned point = 56 - 8 * decimals;  // the bit of the last digit before the point
-    const auto leading_zeros =
-        static_cast<unsigned>(std::countr_zero((digits - kZeros) | std::uint64_t{1} << point)) / 8;
-    const std::uint64_t all = digits >> (8 * leading_zeros);
-    const std::uint64_t behind_point = digits >> point >> 8;
+    const auto first = static_cast<unsigned>(
+        std::countr_zero((digits - kZeros) | std::uint64_t{1} << point) & 56);  // digit's bit
+    const std::uint64_t all = digits >> first;
+    const std::uint64_t from_point = (digits >> point & ~std::uint64_t{0xff}) | '.';
     std::memcpy(out, &all, 8);
-    out += 8 - decimals - leading_zeros;
-    *out = '.';
-    std::memcpy(out + 1, &behind_point, 8);
+    out += (point - first) / 8 + 1;
+    std::memcpy(out, &from_point, 8);
     return out + decimals + (decimals != 0 ? 1 : 0);
 }
 
@@ -64,7 +63,7 @@ char* write_any(char* out, double value, int decimals);
 // behind the text may be overwritten. Returns the end of the text.
 inline char* write_fixed(char* out, double value, int decimals) {
     using namespace number_format;
-    constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
+    static constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
     constexpr double kWhole = 0x1p52;  // from where all doubles are integers
     const auto places = static_cast<unsigned>(decimals);
     if (places <= kShortDecimals) [[likely]] {
