@@ -100,7 +100,8 @@ class SpecificationReader {
         open_channels(ci_.statistical_channels, ci_.num_stat_chns);
     }
     void open_group(const Line& name) {
-        const short group = add_name(ci_.chn_groups, ci_.num_chn_groups, name[1], "Channel group");
+        const short group = add_name(ci_.chn_groups, ci_.num_chn_groups, name[1], "Channel group",
+                                     "Too many channel groups: Channel group");
         if (group >= 0) open_channels(ci_.chn_group_channels[group], ci_.num_chn_group_chns[group]);
     }
     void open_subsystem(const Line& token) {
@@ -131,12 +132,13 @@ class SpecificationReader {
 
     // Maps, cycles and activities. Adds a name to its list; -1, reported, when it cannot be.
     template <std::size_t N>
-    short add_name(char (&names)[N][80], short& count, const char* name, const char* what) {
+    short add_name(char (&names)[N][80], short& count, const char* name, const char* what,
+                   const char* too_many) {
         if (name[0] == '\0') {
             report(what, "without a name");
             return -1;
         }
-        if (!has_room(count, static_cast<int>(N), what, name)) return -1;
+        if (!has_room(count, static_cast<int>(N), too_many, name)) return -1;
         copyn(kModule, names[count], name);
         return count++;
     }
@@ -148,16 +150,18 @@ class SpecificationReader {
         read_line_ = &SpecificationReader::read_key;
     }
     void open_map(const Line& name) {
-        const short map = add_name(ci_.maps, ci_.num_maps, name[1], "Map");
+        const short map = add_name(ci_.maps, ci_.num_maps, name[1], "Map", "Too many maps: Map");
         if (map >= 0) open_keys(ci_.map_keys[map], Map_key_names);
     }
     void open_cycle(const Line& name) {
-        const short cycle = add_name(ci_.cycles, ci_.num_cycles, name[1], "Cycle");
+        const short cycle =
+            add_name(ci_.cycles, ci_.num_cycles, name[1], "Cycle", "Too many cycles: Cycle");
         if (cycle >= 0) open_keys(ci_.cycle_keys[cycle], Cycle_key_names);
     }
     void open_activity(const Line& name) {
         ACTIVITY_LIST_NAMES& list = ci_.activity_list;
-        add_name(list.activity, list.num_activities, name[1], "Activity");
+        add_name(list.activity, list.num_activities, name[1], "Activity",
+                 "Too many activities: Activity");
     }
     void read_key(const Line& token) {
         int key = 0;
