@@ -1,8 +1,9 @@
 """The examples of the documents against the program: the files that formats.md shows are fed to it with
 the command that it gives, and what comes out must be what the documents show, byte for byte.
 
-A fenced block with a name is a file. A name that ends in `+` holds lines to add at the end of that file,
-and `error.log+name` the entries that they give; `run` is the command.
+A fenced block with a name is a file; examples/small_test writes those of formats.md, `run` is the
+command. A name that ends in `+` holds lines to add at the end of that file, and `error.log+name` the
+entries that they give.
 
 usage: formats_test.py PROGRAM DOCUMENT_DIRECTORY
 """
@@ -38,23 +39,21 @@ class Documents(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         examples = blocks("formats.md")
-        cls.command = examples.pop("run").replace("quon5 ", f"'{PROGRAM}' ", 1)
         cls.logs = {n[10:]: t for n, t in examples.items() if n.startswith("error.log+")}
         cls.additions = {n[:-1]: t for n, t in examples.items() if n.endswith("+")}
-        cls.inputs = {n: t for n, t in examples.items() if "+" not in n}
         cls.outputs = blocks("outputs.md")
 
     def run_example(self, directory, added_to=None):
         """Runs the command on the files, and returns the error log."""
         directory = pathlib.Path(directory)
-        for name in [*self.inputs, *self.outputs]:
-            (directory / name).parent.mkdir(parents=True, exist_ok=True)
-        for name, text in self.inputs.items():
-            (directory / name).write_text(text + (self.additions[name] if name == added_to else ""))
-        environment = {"PATH": os.environ["PATH"], "ASAN_OPTIONS": "exitcode=99",
-                       "UBSAN_OPTIONS": "halt_on_error=1:exitcode=99"}
-        run = subprocess.run(["sh", "-c", self.command], cwd=directory, env=environment,
-                             capture_output=True, text=True, timeout=60)
+        subprocess.run([DOCUMENTS.parent / "examples" / "small_test", directory], check=True)
+        if added_to:
+            with open(directory / added_to, "a") as file:
+                file.write(self.additions[added_to])
+        environment = {"PATH": f"{PROGRAM.parent}:{os.environ['PATH']}",
+                       "ASAN_OPTIONS": "exitcode=99", "UBSAN_OPTIONS": "halt_on_error=1:exitcode=99"}
+        run = subprocess.run(["sh", "run"], cwd=directory, env=environment, capture_output=True,
+                             text=True, timeout=60)
         self.assertEqual(run.returncode, 0, run.stderr)
         return entries((directory / "error.log").read_text())
 
