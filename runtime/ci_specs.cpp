@@ -76,7 +76,12 @@ class SpecificationReader {
 
     // Version.
     void open_version(const Line& /*name*/) { read_line_ = &SpecificationReader::read_version; }
-    void read_version(const Line& token) { Version_cvsci = leading_short(token[0]); }
+    void read_version(const Line& token) {
+        const char* end = nullptr;
+        leading_number(token[0], &end);
+        if (end == token[0] || *end != '\0') return report("Version is no number", token[0]);
+        Version_cvsci = leading_short(token[0]);
+    }
 
     // Channel lists.
     void open_channels(CI_CHANNEL* channels, int capacity, short* count) {
