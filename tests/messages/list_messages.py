@@ -78,9 +78,10 @@ class Source:
         return max(around, default=None)
 
     def calls(self, name):
-        """The places and arguments of the calls of `name`."""
+        """The places and arguments of the calls of `name`: no type stands before it."""
         for found in re.finditer(rf"(?<!\w){name}\s*\(", self.text):
-            if all(found.start() != f[0] for f in self.functions):
+            before = re.search(r"(\w*)[\s*&]*$", self.text[max(0, found.start() - 60):found.start()])
+            if before[1] in ("", "return", "else") or "&&" in before[0]:
                 end = closing(self.text, found.end() - 1)
                 yield found.start(), parts(self.text[found.end():end])
 
