@@ -72,10 +72,15 @@ TEST(CiSpecs, FillsTheRecordFromEverySection) {
                     "4 5")[0]);
 }
 
+TEST(CiSpecs, VersionThatIsNoNumberIsReported) {
+    EXPECT_EQ(read_specification("@VERSION\nV7\n7,0\n"), "2 3 ");
+    EXPECT_EQ(Version_cvsci, 0);
+}
+
 TEST(CiSpecs, LogsAndIgnoresWhatItDoesNotKnow) {
     for (const auto& row : tests::rows(R"(@UNKNOWN\nx y\nz\n@MAP M1\nFEL_NOX 2\n | 1\s
 @MAP M1\nFEL_NOX 2\nFEL_NOXX 3\nfel_nox 3\nREFERENCE_CYCLE_CODE 4\n | 3 4 5\s
-@VERSION\nV7\n@MAP M1\nFEL_NOX 2\n@DATA_CHANNELS\n"" ppm K\n | 2 6\s || @ECM_OVERRIDES\nV 1\n@MAP M1\nFEL_NOX 2\n@ECM e\n | 1\s
+@MAP M1\nFEL_NOX 2\n@DATA_CHANNELS\n"" ppm K\n | 4\s || @ECM_OVERRIDES\nV 1\n@MAP M1\nFEL_NOX 2\n@ECM e\n | 1\s
 @MAP M1\nFEL_NOX 2\n@ECM e\n@ECM_OVERRIDES MAP M2\nV 1\n@ECM_OVERRIDES CYCLE M1\n@ECM_OVERRIDES STEP M1\n | 4 6 7\s)")) {
         EXPECT_EQ(read_specification(row[0]), row[1]) << row[0];
         const CVS_CI& ci = Customer_input;
