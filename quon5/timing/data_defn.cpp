@@ -82,8 +82,7 @@ struct TimingChannels {
     }
 };
 
-// The fixed cycle time that the logger data file gives, in the units of the time channel. A number
-// without units is taken to be in these; what does not convert is taken as it stands, and logged.
+// The fixed cycle time that the logger data file gives, in the units of the time channel.
 double fixed_cycle_time(const char* time_units) {
     char text[ENTRY_SIZE];
     char units[16];
@@ -91,13 +90,7 @@ double fixed_cycle_time(const char* time_units) {
         get_keywd_entry(Logr_data_iptr, "@QUON5_CYCLE_TIME", text, Logr_data_filename);
     const double value = *static_cast<const double*>(cnvrt_value(text, status, REAL_TYPE, units));
     double converted = value;
-    const bool converts = units_dbl_keyword_convrt(value, units, &converted, time_units) == 0;
-    const bool plain_number = units[0] == '\0' && value > 0.0;
-    if (status == 0 && !converts && !plain_number) {
-        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                  "The cycle time %s does not convert to [%s], it is taken to be %lf", text,
-                  time_units, converted);
-    }
+    units_dbl_keyword_convrt(value, units, &converted, time_units);
     return converted;
 }
 

@@ -44,18 +44,6 @@ TEST(IntegerCodes, FixedLengthCycleEndsAtTheRecordNearestToItsTime) {
     }
 }
 
-TEST(IntegerCodes, CycleTimeThatDoesNotConvertIsReported) {
-    for (const auto& row : table("40.0||5\n40.0[seconds]|40.000000|5\nforty[sec]|0.000000|1")) {
-        TestCell cell;
-        cell.replace("ci.dat", "FTP_REF", "FTP");
-        cell.replace("log.dat", "40.0[sec]", row[0]);
-        const std::string message = "data_defn 1 30000 The cycle time " + row[0] +
-                                    " does not convert to [sec], it is taken to be " + row[1];
-        cell.expect_run(0, (row[1].empty() ? "" : message + "\n") +
-                               counted_by_time(std::stoi(row[2]), row[2] == "5" ? "70" : "30"));
-    }
-}
-
 TEST(IntegerCodes, UnknownCycleNameMakesTheCycleFixed) {
     TestCell cell;
     cell.replace("log.dat", "FTP[-]", "XYZ[-]");
