@@ -5,6 +5,7 @@
 #include "inc/command_line.h"
 #include "inc/numbers.h"
 #include "inc/open_file.h"
+#include "quon5/output_files.h"
 #include "quon5/process_records.h"
 #include "runtime/arguments.h"
 #include "runtime/error_log.h"
@@ -151,7 +152,7 @@ short register_names(const char (*names)[80], short count, INDEX_MAPS map, const
 }
 
 short open_quon5_file() {
-    Quon5_optr = fopen(Quon5_output_filename, append_mode() ? "a" : "w");
+    Quon5_optr = open_output(kModule, QUON5_OUTPUT);
     if (Quon5_optr == nullptr) {
         log_error(kModule, __LINE__, REPORT_WARNING, CODE_NOT_OPENED, "Unable to open file %s",
                   Quon5_output_filename);

@@ -1,7 +1,5 @@
 #include "runtime/paths.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -26,13 +24,6 @@ void report_open_failure(const char* filename) {
               filename, strerror(errno));
 }
 
-bool is_same_file(FILE* first, FILE* second) {
-    struct stat a {};
-    struct stat b {};
-    return fstat(fileno(first), &a) == 0 && fstat(fileno(second), &b) == 0 &&
-           a.st_dev == b.st_dev && a.st_ino == b.st_ino;
-}
-
 }  // namespace
 
 void _splitpath(const char* path, char* node, char* dir, char* fname, char* ext) {
@@ -53,15 +44,15 @@ int file_append(const char* first, const char* second) {
         report_open_failure(first);
         return -1;
     }
-    const File target(fopen(second, "a"));
-    if (target == nullptr) {
-        report_open_failure(second);
-        return -1;
-    }
     // A file appended to itself would grow for ever.
-    if (is_same_file(source.get(), target.get())) {
+    if (is_same_file(first, second)) {
         log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
                   "File %s is the file %s itself, it is not appended", first, second);
+        return -1;
+    }
+    File target(open_for_writing(second, WRITE_APPEND));
+    if (target == nullptr) {
+        report_open_failure(second);
         return -1;
     }
     char block[65536];
@@ -69,5 +60,6 @@ int file_append(const char* first, const char* second) {
     while ((length = fread(block, 1, sizeof block, source.get())) > 0) {
         fwrite(block, 1, length, target.get());
     }
-    return 0;
+    const bool whole = ferror(source.get()) == 0;
+    return fclose(target.release()) == 0 && whole ? 0 : -1;
 }

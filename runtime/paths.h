@@ -16,7 +16,8 @@ extern "C" {
 void _splitpath(const char* path, char* node, char* dir, char* fname, char* ext);
 
 // Appends the contents of the file `first` to the file `second`. A first file that cannot be read
-// or is the second file itself is logged, and `second` stays untouched. Returns 0 on success.
+// or is the second file itself is logged, and `second` stays untouched. Returns 0 on success, -1 on
+// any failure.
 int file_append(const char* first, const char* second);
 
 }  // extern "C"

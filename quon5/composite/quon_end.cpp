@@ -6,8 +6,10 @@
 #include <vector>
 
 #include "inc/numbers.h"
+#include "inc/open_file.h"
 #include "quon5/composite/composite_rows.h"
 #include "quon5/composite/get_chan_grp_deskew.h"
+#include "quon5/output_files.h"
 #include "quon5/process_records.h"
 #include "quon5/readers/ftir_keywords.h"
 #include "quon5/spec_channels.h"
@@ -88,12 +90,11 @@ double start_time_offset(PhaseSearch& phases) {
 
 // Opens the composite file; in append mode the sibling result files join the quon5 file first.
 FILE* open_composite_file() {
-    const bool appends = append_mode();
-    if (appends) {
+    if (append_mode()) {
         file_append(Quon6_filename, Quon5_output_filename);
         file_append(Quon7_filename, Quon5_output_filename);
     }
-    FILE* file = fopen(Quon_end_filename, appends ? "a" : "w");
+    FILE* file = open_output(kModule, COMPOSITE);
     if (file == nullptr) {
         log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED, "Could not open file %s, errno=%s",
                   Quon_end_filename, strerror(errno));
@@ -241,17 +242,16 @@ void quon_end(const EM_CHAN_INFO* em_chan) {
     PhaseSearch phases;
     if (!phases.find_channels()) return;
     const double strt_time_offset = start_time_offset(phases);
-    FILE* file = open_composite_file();
+    const File file(open_composite_file());
     if (file == nullptr) return;
-    HeaderWriter(file, em_chan, ci).write();
+    HeaderWriter(file.get(), em_chan, ci).write();
     const RecordRange range = record_range(phases);
 
-    CompositeRows rows(file, strt_time_offset);
+    CompositeRows rows(file.get(), strt_time_offset);
     if (!ci.empty()) rows.add_column(All_chans[0]);
     for (const CI_CHANNEL& channel : ci) {
         if (channel.floger_data_index >= 0) rows.add_column(All_chans[channel.floger_data_index]);
     }
     rows.write(range.strt_indx, range.stop_indx);
-    fputs("*0\n", file);
-    fclose(file);
+    fputs("*0\n", file.get());
 }

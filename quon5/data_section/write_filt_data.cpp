@@ -6,7 +6,9 @@
 
 #include "filterdata/filt_data10c.h"
 #include "inc/numbers.h"
+#include "inc/open_file.h"
 #include "quon5/data_section/integ_aver.h"
+#include "quon5/output_files.h"
 #include "quon5/process_records.h"
 #include "quon5/timing/logged_channels.h"
 #include "runtime/error_log.h"
@@ -37,7 +39,7 @@ struct Volume {
 }  // namespace
 
 void write_filter_data(double barometer, double floger_cycle_time) {
-    FILE* file = fopen(Filter_data_filename, "w");
+    const File file(open_output(kModule, FILTER_DATA));
     if (file == nullptr) {
         log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
                   "Could not open file %s, errno=%s No filter information will be written",
@@ -63,10 +65,9 @@ void write_filter_data(double barometer, double floger_cycle_time) {
     const Volume filter_flow(get_list[FD_TOT_MPS_FILT_FLOW], time);
     const Volume secondary_filt_flow(get_list[FD_TOT_MPS_SEC_DIL_FLOW], time);
     const Volume probe_flow(get_list[FD_TOT_MPS_PROBE_DIL_FLOW], time);
-    fprintf(file, "%s\n %lf[%s]\n%s\n %lf[%s]\n%s\n %lf[%s]\n%s\n %lf[%s]\n%s\n %lf[%s]\n",
+    fprintf(file.get(), "%s\n %lf[%s]\n%s\n %lf[%s]\n%s\n %lf[%s]\n%s\n %lf[%s]\n%s\n %lf[%s]\n",
             "@TEST_DURATION", printable(test_duration), time.units, "@BAROMETER",
             printable(barometer), "in_hg_32", "@FILTER_FLOW", filter_flow.value, filter_flow.units,
             "@SEC_FILTER_FLOW", secondary_filt_flow.value, secondary_filt_flow.units, "@PROBE_FLOW",
             probe_flow.value, probe_flow.units);
-    fclose(file);
 }

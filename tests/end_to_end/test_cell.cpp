@@ -126,7 +126,7 @@ int TestCell::run() {
         std::ofstream(path(name), std::ios::binary) << expanded(content);
     }
     std::filesystem::remove(path("error.log"));
-    std::string command = "cd" + quoted(directory_) + " && exec env -i";
+    std::string command = "cd" + quoted(directory_) + " && " + limits + " && exec env -i";
     for (const auto& [name, value] : environment) command += quoted(name + "=" + value);
     command += " timeout -s KILL 5" + quoted(QUON5_PROGRAM);
     for (const std::string& word : words) command += quoted(word);
