@@ -88,7 +88,7 @@ FILE* make_stream(int fd, int error, const char* filename, const char* mode,
             file->fd = fd;
             file->error = 0;
             copyn("open_file", file->filename, filename);
-            file.release();
+            static_cast<void>(file.release());
             return stream;
         }
         error = ENOMEM;

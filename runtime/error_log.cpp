@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <string>
 #include <string_view>
@@ -66,9 +65,7 @@ void log_error(const char* module, int line, int report_mode, int error_code, co
     append_header(entry, module, line, report_mode, error_code);
     append_message(entry, message);
 
-    const char* filename = getenv("TAVRIN_ERROR_LOG");
-    const int fd = open(filename != nullptr ? filename : "error.log",
-                        O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+    const int fd = open(error_log_filename(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
     if (fd >= 0) {
         write_whole(fd, entry);
         close(fd);

@@ -13,6 +13,13 @@
 #ifndef QUON5_RUNTIME_ERROR_LOG_H
 #define QUON5_RUNTIME_ERROR_LOG_H
 
+#include <cstdlib>
+
+inline const char* error_log_filename() {
+    const char* filename = getenv("TAVRIN_ERROR_LOG");
+    return filename != nullptr ? filename : "error.log";
+}
+
 enum REPORT_MODE : int {
     REPORT_WARNING = 1,  // the task goes on, or ends at its start
     REPORT_ERROR = 65,   // failed opens, invalid entries, ends of the task

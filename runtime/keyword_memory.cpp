@@ -105,8 +105,7 @@ void index_rows(int count) {
 }  // namespace
 
 void* get_shrd_mem(SM_AREA_ID area, int /*size*/) {
-    const char* filename = getenv("TAVRIN_KEYWORD_MEMORY");
-    if (filename == nullptr) filename = "keyword_memory.dat";
+    const char* filename = keyword_memory_filename();
     FILE* file = area == KEYWORD_MEM ? open_for_reading(filename) : nullptr;
     if (file == nullptr) return nullptr;
     static bool untouched = true;

@@ -4,6 +4,13 @@
 #ifndef QUON5_RUNTIME_KEYWORD_MEMORY_H
 #define QUON5_RUNTIME_KEYWORD_MEMORY_H
 
+#include <cstdlib>
+
+inline const char* keyword_memory_filename() {
+    const char* filename = getenv("TAVRIN_KEYWORD_MEMORY");
+    return filename != nullptr ? filename : "keyword_memory.dat";
+}
+
 enum KEYWORD_TYPE : short {
     CHANNEL_KEYWORD = 0,
     PARAMETER_KEYWORD = 1,
