@@ -3,48 +3,74 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
-#include <string>
 #include <string_view>
 
 namespace {
 
-void append_header(std::string& entry, const char* module, int line, int report_mode,
-                   int error_code) {
-    const time_t now = time(nullptr);
-    tm local{};
-    localtime_r(&now, &local);
-    char stamp[32];
-    const std::size_t length = strftime(stamp, sizeof stamp, "%Y-%m-%dT%H:%M:%S", &local);
-    entry.append(stamp, length);
-    entry.append(" ").append(module).append(":").append(std::to_string(line));
-    entry.append(" mode=").append(std::to_string(report_mode));
-    entry.append(" code=").append(std::to_string(error_code)).append(" ");
-}
-
-void append_message(std::string& entry, std::string_view message) {
-    while (!message.empty() && message.back() == '\n') message.remove_suffix(1);
-    for (const char c : message) {
-        const auto code = static_cast<unsigned char>(c);
-        if (c == '\n') {
-            entry += "\n\t";
-        } else {
-            entry += code < 0x20 || code == 0x7f ? '?' : c;
-        }
+// The text of an entry. It takes no memory that might not be had, so that this can be reported too;
+// what exceeds it is cut.
+class Entry {
+ public:
+    Entry(const char* module, int line, int report_mode, int error_code) {
+        const time_t now = time(nullptr);
+        tm local{};
+        localtime_r(&now, &local);
+        char stamp[32];
+        strftime(stamp, sizeof stamp, "%Y-%m-%dT%H:%M:%S", &local);
+        const int length = snprintf(text_, sizeof text_, "%s %s:%d mode=%d code=%d ", stamp, module,
+                                    line, report_mode, error_code);
+        length_ = std::min(static_cast<std::size_t>(length), sizeof text_ - 1);
     }
-    entry += '\n';
-}
 
-void write_whole(int fd, std::string_view text) {
+    void add_message(const char* format, va_list arguments) {
+        char message[sizeof text_];
+        vsnprintf(message, sizeof message, format, arguments);
+        std::string_view rest = message;
+        while (!rest.empty() && rest.back() == '\n') rest.remove_suffix(1);
+        for (const char c : rest) {
+            const auto code = static_cast<unsigned char>(c);
+            add(c == '\n' || (code >= 0x20 && code != 0x7f) ? c : '?');
+            if (c == '\n') add('\t');
+        }
+        text_[length_++] = '\n';
+    }
+
+    std::string_view text() const { return {text_, length_}; }
+
+ private:
+    void add(char c) {
+        if (length_ + 1 < sizeof text_) text_[length_++] = c;
+    }
+
+    char text_[32768];
+    std::size_t length_;
+};
+
+bool write_whole(int fd, std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = write(fd, text.data(), text.size());
         if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return;
+        if (written <= 0) return false;
         text.remove_prefix(static_cast<std::size_t>(written));
     }
+    return true;
+}
+
+// False, with errno set, when the log did not take the entry.
+bool append_to_log(std::string_view entry) {
+    const int fd = open(error_log_filename(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+    if (fd < 0) return false;
+    const bool written = write_whole(fd, entry);
+    const int error = errno;
+    const bool closed = close(fd) == 0;
+    if (!written) errno = error;
+    return written && closed;
 }
 
 }  // namespace
@@ -52,24 +78,19 @@ void write_whole(int fd, std::string_view text) {
 void log_error(const char* module, int line, int report_mode, int error_code, const char* format,
                ...) {
     const int saved_errno = errno;
+    Entry entry(module, line, report_mode, error_code);
     va_list arguments;
     va_start(arguments, format);
-    const int length = vsnprintf(nullptr, 0, format, arguments);
-    va_end(arguments);
-    std::string message(length < 0 ? 0 : static_cast<std::size_t>(length), '\0');
-    va_start(arguments, format);
-    vsnprintf(message.data(), message.size() + 1, format, arguments);
+    entry.add_message(format, arguments);
     va_end(arguments);
 
-    std::string entry;
-    append_header(entry, module, line, report_mode, error_code);
-    append_message(entry, message);
-
-    const int fd = open(error_log_filename(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
-    if (fd >= 0) {
-        write_whole(fd, entry);
-        close(fd);
+    static bool failure_is_known = false;
+    if (!append_to_log(entry.text()) && !failure_is_known) {
+        failure_is_known = true;
+        log_error("log_error", __LINE__, REPORT_ERROR, CODE_FAILED,
+                  "Could not write to error log %s, errno=%s", error_log_filename(),
+                  strerror(errno));
     }
-    write_whole(STDERR_FILENO, entry);
+    write_whole(STDERR_FILENO, entry.text());
     errno = saved_errno;
 }

@@ -8,8 +8,9 @@
 // (local time, module:source line, report mode, error code). A newline inside the text starts a
 // continuation line that begins with a tab, newlines at its end are dropped, any other control
 // character is written as `?`. The log is the file named by the environment variable
-// TAVRIN_ERROR_LOG, or error.log in the working directory; where it cannot be opened, standard
-// error is all.
+// TAVRIN_ERROR_LOG, or error.log in the working directory; where it cannot be written, standard
+// error is all, and says so once. An entry takes no memory that might not be had; beyond 32767
+// characters it is cut.
 #ifndef QUON5_RUNTIME_ERROR_LOG_H
 #define QUON5_RUNTIME_ERROR_LOG_H
 

@@ -55,6 +55,22 @@ TEST(Outputs, FileSizeLimitEndsFilesEarlyAndNotTheTask) {
                         lost("/dev/full", "No space left on device"));
 }
 
+TEST(Outputs, EntriesThatTheErrorLogDoesNotTakeAreOnStandardError) {
+    TestCell cell;
+    cell.environment["TAVRIN_ERROR_LOG"] = "/dev/full";
+    cell.set_argument("quon6", "data/M123/gone.FTP");
+    cell.set_argument("FTIR_file", "gone");
+    cell.environment["WRITE_APPEND"] = "yes";
+    cell.files["q7.FTP"] = "Q7\n";
+    cell.expect_run(0, "");
+    EXPECT_EQ(
+        entries(cell.output("standard_error")),
+        R"(log_error 65 -1 Could not write to error log /dev/full, errno=No space left on device
+read_ftir_file 65 77 Could not open file gone No data will be available from FTIR cart
+file_append 65 77 Could not open file data/M123/gone.FTP, errno=No such file or directory
+)");
+}
+
 // The argument and the name that it has in the small test.
 const std::vector<std::vector<std::string>> kInputs = table(
     "logr_spec|spec.dat\nlogr_data|log.dat\nci_specs|ci.dat\norda_specs|orda.dat\n"

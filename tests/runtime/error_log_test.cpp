@@ -31,8 +31,11 @@ TEST(ErrorLog, KeepsEveryEntryOnItsOwnLines) {
         log_error("init", 1, REPORT_WARNING, CODE_FAILED, "%s", row[0].c_str());
         EXPECT_EQ(log.text(), "init mode=1 code=-1 " + row[1] + "\n");
     }
-    setenv("TAVRIN_ERROR_LOG", "/no/such/directory/error.log", 1);
     testing::internal::CaptureStderr();
+    const tests::TEST_LOG log;
+    log_error("init", 1, REPORT_WARNING, CODE_FAILED, "%s", std::string(40000, 'x').c_str());
+    EXPECT_EQ(log.contents().find_first_not_of('x', log.contents().find("xx")), 32767U);
+    setenv("TAVRIN_ERROR_LOG", "/no/such/directory/error.log", 1);
     log_error("init", 7, REPORT_INFO, CODE_INFO, "text");
     EXPECT_TRUE(testing::internal::GetCapturedStderr().ends_with(" init:7 mode=257 code=0 text\n"));
     unsetenv("TAVRIN_ERROR_LOG");
