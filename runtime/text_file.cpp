@@ -17,7 +17,8 @@ void count_line() {
 }
 
 // Reads one physical line, cut to LINE_SIZE - 1 characters, without its line end. False at the end
-// of the file. Characters after a NUL are part of the line but not of its text.
+// of the file, and where it cannot be read: the beginning of a line would pass for all of it.
+// Characters after a NUL are part of the line but not of its text.
 bool read_physical_line(FILE* fp, char* line) {
     std::size_t length = 0;
     int last = 0;
@@ -29,7 +30,7 @@ bool read_physical_line(FILE* fp, char* line) {
         if (length < LINE_SIZE) line[length] = static_cast<char>(c);
         ++length;
     }
-    if (c == EOF && !any) {
+    if (c == EOF && (!any || ferror(fp) != 0)) {
         line[0] = '\0';
         return false;
     }

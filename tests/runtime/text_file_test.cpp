@@ -1,7 +1,9 @@
 #include "runtime/text_file.h"
 
 #include <memory>
+#include <utility>
 
+#include "inc/open_file.h"
 #include "runtime/shared_variables.h"
 #include "tests/runtime/temporary_file.h"
 
@@ -61,4 +63,18 @@ TEST(TextFile, KeywordEntryIsTheLineAfterTheKeyword) {
     const auto file = open_text(std::string(40000, '\n') + "@A\n" + std::string(303, 'x'));
     EXPECT_EQ(get_keywd_entry(file.get(), "@A", entry, "orda.dat"), 0);
     EXPECT_EQ(cells(entry, Spec_file_line_count), cells(std::string(79, 'x'), 32767));
+}
+
+TEST(TextFile, LineThatBreaksOffWhereTheFileCannotBeReadIsNoLine) {
+    Spec_file_line_count = 0;
+    bool fails = false;
+    const auto read = [](void* failing, char* buffer, std::size_t) -> ssize_t {
+        if (std::exchange(*static_cast<bool*>(failing), true)) return -1;
+        return static_cast<ssize_t>(std::string("one\nhal").copy(buffer, 7));
+    };
+    const File file(fopencookie(&fails, "r", {read, nullptr, nullptr, nullptr}));
+    char line[LINE_SIZE];
+    EXPECT_EQ(get_next_line(file.get(), line), 1);
+    EXPECT_EQ(get_next_line(file.get(), line), END_OF_FILE);
+    EXPECT_EQ(cells(line, Spec_file_line_count), cells("", 1));
 }
