@@ -25,18 +25,21 @@ struct OpenFile {
     char filename[PATH_MAX];
 };
 
+void report_read_failure(OpenFile& file) {
+    if (file.error != 0) return;
+    file.error = errno;
+    File_failed = true;
+    log_error("open_for_reading", __LINE__, REPORT_ERROR, CODE_FAILED,
+              "Could not read all of file %s, errno=%s", file.filename, strerror(file.error));
+}
+
 ssize_t read_file(void* cookie, char* buffer, std::size_t size) {
     OpenFile& file = *static_cast<OpenFile*>(cookie);
     ssize_t length = 0;
     do {
         length = read(file.fd, buffer, size);
     } while (length < 0 && errno == EINTR);
-    if (length < 0 && file.error == 0) {
-        file.error = errno;
-        File_failed = true;
-        log_error("open_for_reading", __LINE__, REPORT_ERROR, CODE_FAILED,
-                  "Could not read all of file %s, errno=%s", file.filename, strerror(file.error));
-    }
+    if (length < 0) report_read_failure(file);
     return length;
 }
 
@@ -55,9 +58,14 @@ ssize_t write_file(void* cookie, const char* text, std::size_t size) {
 }
 
 int seek_file(void* cookie, off64_t* offset, int whence) {
-    const off_t position = lseek(static_cast<OpenFile*>(cookie)->fd, *offset, whence);
-    if (position >= 0) *offset = position;
-    return position >= 0 ? 0 : -1;
+    OpenFile& file = *static_cast<OpenFile*>(cookie);
+    const off_t position = lseek(file.fd, *offset, whence);
+    if (position >= 0) {
+        *offset = position;
+        return 0;
+    }
+    if (errno != ESPIPE) report_read_failure(file);  // a pipe is read as far as it goes
+    return -1;
 }
 
 int close_read_file(void* cookie) {
