@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <exception>
 
@@ -7,11 +10,24 @@
 #include "quon5/quon5.h"
 #include "runtime/error_log.h"
 
+namespace {
+
+// A file opened in the place of a standard stream that was closed would take what is written there:
+// an output would begin with entries of the error log.
+void open_standard_streams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) < 0) open("/dev/null", O_RDWR);
+    }
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
     // Numbers are read and printed the same way whatever locale a linked library may set.
     uselocale(c_locale());
     // A write beyond the limit of file sizes, or to a pipe that nobody reads, is to fail.
     for (const int end : {SIGXFSZ, SIGPIPE}) signal(end, SIG_IGN);
+    open_standard_streams();
     int status = 1;
     try {
         status = run_sequence(argc, argv);

@@ -130,7 +130,7 @@ int TestCell::run() {
     for (const auto& [name, value] : environment) command += quoted(name + "=" + value);
     command += " timeout -s KILL 5" + quoted(QUON5_PROGRAM);
     for (const std::string& word : words) command += quoted(word);
-    const int status = std::system((command + " 2>standard_error").c_str());
+    const int status = std::system((command + " 2>" + standard_error).c_str());
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 

@@ -33,6 +33,7 @@ class TestCell {
     std::vector<std::string> words;                  // the command line after the program name
     std::map<std::string, std::string> environment;  // all that the task gets
     std::string limits = "true";                     // a shell command, run before the task
+    std::string standard_error = "standard_error";   // where it goes; "&-" closes it
 
     void set_argument(const std::string& name, const std::string& value);
     void replace(const std::string& file, const std::string& text, const std::string& by);

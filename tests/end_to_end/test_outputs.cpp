@@ -71,6 +71,16 @@ file_append 65 77 Could not open file data/M123/gone.FTP, errno=No such file or 
 )");
 }
 
+TEST(Outputs, NoOutputTakesThePlaceOfAClosedStandardError) {
+    TestCell good, cell;
+    for (TestCell* each : {&good, &cell}) {
+        each->replace("ci.dat", "@ECM_CHANNELS", "GONE - GONE_P / @ECM_CHANNELS");
+        if (each == &cell) each->standard_error = "&-";
+        each->expect_run(0, "...will be available for that channel\n");
+    }
+    EXPECT_EQ(cell.output("composite.csv"), good.output("composite.csv"));
+}
+
 // The argument and the name that it has in the small test.
 const std::vector<std::vector<std::string>> kInputs = table(
     "logr_spec|spec.dat\nlogr_data|log.dat\nci_specs|ci.dat\norda_specs|orda.dat\n"
