@@ -20,7 +20,8 @@ enum WRITE_MODE : short {
     WRITE_APPEND,  // what is written follows the contents of the file
 };
 
-extern bool File_failed;  // a part of a file could not be read or written
+// A part of a file could not be read or written, or its contents not be held.
+extern bool File_failed;
 
 // Opens `filename` for reading. Returns no stream, with errno set, when it cannot be opened; a
 // directory counts as such a file.

@@ -79,25 +79,31 @@ void read_section(FILE* file, const Section& section) {
     });
 }
 
+// No stream, logged, when the file cannot be opened.
+FILE* open_configuration() {
+    FILE* file = open_for_reading(Cell_cfg_filename);
+    if (file == nullptr) {
+        log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
+                  "Could not open file %s, errno=%s", Cell_cfg_filename, strerror(errno));
+    }
+    return file;
+}
+
 }  // namespace
 
 void read_cell_cfg(void) {
     for (short entry = 0; entry < NUM_CELL_CFG_ENTRIES; ++entry) {
         string_associate_indexN(kSections[entry].keyword, entry, CELL_CFG_MAP);
     }
-    FILE* file = open_for_reading(Cell_cfg_filename);
-    if (file == nullptr) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
-                  "Could not open file %s, errno=%s", Cell_cfg_filename, strerror(errno));
-        return;
-    }
+    FILE* file = open_configuration();
+    if (file == nullptr) return;
     for (const Section& section : kSections) read_section(file, section);
     fclose(file);
 }
 
 short get_fuel_consumed_lbl(char* label) {
     label[0] = '\0';
-    FILE* file = open_for_reading(Cell_cfg_filename);
+    FILE* file = open_configuration();
     if (file == nullptr) return 0;
     char line[LINE_SIZE];
     const short status = get_1st_line(file, line, "@FUEL_CONSUMED_LBL");

@@ -88,6 +88,7 @@ class MappedFile {
             size_ = 0;
             log_error("get_logr_data_mem", __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
                       "Could not map file %s, errno=%s", filename, strerror(error));
+            File_failed = true;
         }
     }
     MappedFile(const MappedFile&) = delete;
@@ -159,6 +160,7 @@ void read_all_records(Log& log) {
         log.columns = std::make_unique<LoggerColumns>(num_channels);
         log_error("get_logr_data_mem", __LINE__, REPORT_ERROR, CODE_FAILED,
                   "Not enough memory for the records of %s, none is loaded", log.filename.c_str());
+        File_failed = true;
     }
 }
 

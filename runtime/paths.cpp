@@ -53,6 +53,7 @@ int file_append(const char* first, const char* second) {
     File target(open_for_writing(second, WRITE_APPEND));
     if (target == nullptr) {
         report_open_failure(second);
+        File_failed = true;
         return -1;
     }
     char block[65536];

@@ -5,7 +5,9 @@
 #include <cmath>
 #include <cstring>
 #include <random>
+#include <utility>
 
+#include "inc/open_file.h"
 #include "tests/runtime/temporary_file.h"
 
 using tests::cells;
@@ -156,4 +158,14 @@ TEST(LoggerData, ListEntriesAreChannelsByColumnAndName) {
         EXPECT_EQ(std::isnan(entry.data_ptr[0]), entry.num_samples == 0) << row[0];
     }
     EXPECT_EQ(load(TEMPORARY_FILE(kTwoChannels))->num_samples, 0);
+}
+
+TEST(LoggerData, LogThatIsGoneBeforeItsRecordsAreLoadedIsNamed) {
+    const tests::TEST_LOG log;
+    FLOGER_DATA_INFO* chans = nullptr;
+    EXPECT_EQ(get_logr_chan_info_mem(TEMPORARY_FILE(kTwoChannels + "0,1\n").path(), &chans), 1);
+    EXPECT_EQ(get_logr_data_mem(chans, 2, chans, nullptr, nullptr), -1);
+    EXPECT_TRUE(log.text().starts_with("get_logr_data_mem mode=65 code=77 Could not map file "));
+    EXPECT_EQ(chans[1].num_samples, 0);
+    EXPECT_TRUE(std::exchange(File_failed, false));
 }

@@ -2,7 +2,9 @@
 
 #include <cstring>
 #include <filesystem>
+#include <utility>
 
+#include "inc/open_file.h"
 #include "runtime/paths.h"
 #include "runtime/tokens.h"
 #include "tests/runtime/temporary_file.h"
@@ -72,5 +74,8 @@ TEST(Paths, FileAppendPutsTheFirstFileBehindTheSecond) {
     for (const std::string& path : {std::string("/"), link})
         EXPECT_NE(file_append(path.c_str(), second.path()), 0) << path;
     std::filesystem::remove(link);
+    EXPECT_FALSE(std::exchange(File_failed, false));
+    EXPECT_EQ(file_append(first.path(), "/no/such/directory/file"), -1);
+    EXPECT_TRUE(std::exchange(File_failed, false));  // a part of the second file is missing
     EXPECT_TRUE(second.contents() == "second\n" + large);
 }
