@@ -31,8 +31,9 @@ int main(int argc, char** argv) {
     int status = 1;
     try {
         status = run_sequence(argc, argv);
-    } catch (const std::exception& failure) {  // memory that cannot be had
-        log_error("quon5", __LINE__, REPORT_ERROR, CODE_FAILED, "%s, exiting", failure.what());
+    } catch (const std::exception& failure) {
+        log_error("quon5", __LINE__, REPORT_ERROR, CODE_FAILED, "Not enough memory (%s), exiting",
+                  failure.what());
     }
     if (Quon5_optr != nullptr) fclose(Quon5_optr);  // after a failed step
     return status == 0 && File_failed ? 1 : status;
