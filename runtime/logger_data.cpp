@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -76,7 +77,7 @@ class MappedFile {
         struct stat info {};
         if (fd >= 0 && fstat(fd, &info) == 0 && info.st_size > 0) {
             size_ = static_cast<std::size_t>(info.st_size);
-            void* const start = mmap(nullptr, size_, PROT_READ, MAP_PRIVATE, fd, 0);
+            void* const start = mmap(nullptr, size_ + kGuard, PROT_READ, MAP_PRIVATE, fd, 0);
             if (start != MAP_FAILED) {
                 start_ = static_cast<char*>(start);
                 madvise(start_, size_, MADV_SEQUENTIAL);
@@ -94,7 +95,7 @@ class MappedFile {
     MappedFile(const MappedFile&) = delete;
     MappedFile& operator=(const MappedFile&) = delete;
     ~MappedFile() {
-        if (start_ != nullptr) munmap(start_, size_);
+        if (start_ != nullptr) munmap(start_, size_ + kGuard);
     }
 
     std::string_view text() const { return {start_, size_}; }
@@ -110,12 +111,42 @@ class MappedFile {
     }
 
  private:
+    // Mapped behind the end of the file, where a read is a bus error: the text of a file that is
+    // cut off while it is read does not end with the newline at which its readers stop.
+    static constexpr std::size_t kGuard = 4096;
+
     char* start_ = nullptr;
     std::size_t size_ = 0;
     std::size_t released_ = 0;
 };
 
 MappedFile* file_being_read = nullptr;
+const char* name_being_read = nullptr;
+
+// A part of the mapped file that cannot be read, or was cut off meanwhile, is a bus error. It ends
+// the task, which has written nothing yet, with an entry. Only the reading of mapped text gets
+// here, so the calls below meet no half-done work of their own.
+void end_by_bus_error(int /*signal*/) {
+    log_error("get_logr_data_mem", __LINE__, REPORT_ERROR, CODE_FAILED,
+              "Could not read all of file %s, errno=%s, exiting", name_being_read, strerror(EIO));
+    _exit(1);
+}
+
+class BusErrorHandler {
+ public:
+    explicit BusErrorHandler(const char* filename) {
+        name_being_read = filename;
+        struct sigaction action {};
+        action.sa_handler = end_by_bus_error;
+        sigaction(SIGBUS, &action, &before_);
+    }
+    BusErrorHandler(const BusErrorHandler&) = delete;
+    BusErrorHandler& operator=(const BusErrorHandler&) = delete;
+    ~BusErrorHandler() { sigaction(SIGBUS, &before_, nullptr); }
+
+ private:
+    struct sigaction before_ {};
+};
 
 // Where the records begin, and the number of their first line; the end of the text when there are
 // none.
@@ -141,6 +172,7 @@ void read_all_records(Log& log) {
     const int num_channels = static_cast<int>(log.channels.size());
     log.columns = std::make_unique<LoggerColumns>(num_channels);
     MappedFile file(log.filename.c_str());
+    const BusErrorHandler handler(log.filename.c_str());
     file_being_read = &file;
     long line = 0;
     const std::size_t start = find_records(file.text(), line);
