@@ -4,10 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstring>
-#include <new>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -20,10 +21,12 @@ namespace {
 
 // What stands behind a stream.
 struct OpenFile {
+    bool in_use;
     int fd;
     int error;  // errno of the first failure, 0 without one
     char filename[PATH_MAX];
 };
+OpenFile Open_files[64];  // the task has ten open at a time
 
 void report_read_failure(OpenFile& file) {
     if (file.error != 0) return;
@@ -69,34 +72,43 @@ int seek_file(void* cookie, off64_t* offset, int whence) {
 }
 
 int close_read_file(void* cookie) {
-    const std::unique_ptr<OpenFile> file(static_cast<OpenFile*>(cookie));
-    return close(file->fd);
+    OpenFile& file = *static_cast<OpenFile*>(cookie);
+    file.in_use = false;
+    return close(file.fd);
 }
 
 int close_written_file(void* cookie) {
-    const std::unique_ptr<OpenFile> file(static_cast<OpenFile*>(cookie));
-    if (close(file->fd) != 0 && file->error == 0) file->error = errno;
-    if (file->error == 0) return 0;
+    OpenFile& file = *static_cast<OpenFile*>(cookie);
+    file.in_use = false;
+    if (close(file.fd) != 0 && file.error == 0) file.error = errno;
+    if (file.error == 0) return 0;
     File_failed = true;
     log_error("open_for_writing", __LINE__, REPORT_ERROR, CODE_FAILED,
-              "Could not write all of file %s, errno=%s", file->filename, strerror(file->error));
+              "Could not write all of file %s, errno=%s", file.filename, strerror(file.error));
     return -1;
 }
 
 constexpr cookie_io_functions_t kReading = {read_file, nullptr, seek_file, close_read_file};
 constexpr cookie_io_functions_t kWriting = {nullptr, write_file, nullptr, close_written_file};
 
-// The stream of an open file; closed again, with errno set, when there is `error` or no memory.
+OpenFile* free_entry() {
+    OpenFile* const end = std::end(Open_files);
+    OpenFile* const file =
+        std::find_if(Open_files, end, [](const OpenFile& entry) { return !entry.in_use; });
+    return file != end ? file : nullptr;
+}
+
+// The stream of an open file; closed again, with errno set, when there is `error` or no room.
 FILE* make_stream(int fd, int error, const char* filename, const char* mode,
                   const cookie_io_functions_t& functions) {
     if (error == 0) {
-        std::unique_ptr<OpenFile> file(new (std::nothrow) OpenFile);
-        FILE* const stream = file != nullptr ? fopencookie(file.get(), mode, functions) : nullptr;
+        OpenFile* const file = free_entry();
+        FILE* const stream = file != nullptr ? fopencookie(file, mode, functions) : nullptr;
         if (stream != nullptr) {
+            file->in_use = true;
             file->fd = fd;
             file->error = 0;
             copyn("open_file", file->filename, filename);
-            static_cast<void>(file.release());
             return stream;
         }
         error = ENOMEM;
