@@ -111,7 +111,7 @@ FILE* make_stream(int fd, int error, const char* filename, const char* mode,
             copyn("open_file", file->filename, filename);
             return stream;
         }
-        error = ENOMEM;
+        error = file == nullptr ? EMFILE : ENOMEM;
     }
     close(fd);
     errno = error;
