@@ -21,7 +21,7 @@ char Base[80];
 char Keyword[80];
 char Units[16];
 FILE* Fp;
-const char* TAVRIN_VER = "quon5 1.0";
+const char* TAVRIN_VER = "quon5 " QUON5_VERSION;
 
 }  // extern "C"
 
