@@ -1,0 +1,18 @@
+# The manual pages: each is made of its template, the version, and the arguments that the program
+# lists in its own help.
+set(manual_pages)
+foreach(page quon5.1 csv2logr.1 quon5-files.5)
+    set(program)
+    if(page MATCHES "^(.*)\\.1$")
+        set(program ${CMAKE_MATCH_1})
+    endif()
+    set(template ${CMAKE_SOURCE_DIR}/docs/manual/${page}.in)
+    set(script ${CMAKE_SOURCE_DIR}/docs/manual/make_page.cmake)
+    add_custom_command(OUTPUT ${CMAKE_BINARY_DIR}/${page}
+        COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<$<BOOL:${program}>:$<TARGET_FILE:${program}>>
+            -DVERSION=${PROJECT_VERSION} -DTEMPLATE=${template} -DPAGE=${CMAKE_BINARY_DIR}/${page}
+            -P ${script}
+        DEPENDS ${template} ${script} ${program} VERBATIM)
+    list(APPEND manual_pages ${CMAKE_BINARY_DIR}/${page})
+endforeach()
+add_custom_target(manual_pages ALL DEPENDS ${manual_pages})
