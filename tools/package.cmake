@@ -19,8 +19,9 @@ install(FILES ${CMAKE_BINARY_DIR}/quon5.1 ${CMAKE_BINARY_DIR}/csv2logr.1
 install(FILES ${CMAKE_BINARY_DIR}/quon5-files.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)  # as README.md links to them
-install(DIRECTORY ${example} DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(PROGRAMS examples/reduce_example DESTINATION ${CMAKE_INSTALL_DOCDIR}/example)
+install(DIRECTORY ${example}/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+install(PROGRAMS examples/reduce_example examples/small_test
+    DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 
 set(QUON5_MAINTAINER "quon5 maintainer not named yet <nobody@example.invalid>" CACHE STRING
     "Maintainer that the Debian package names")
