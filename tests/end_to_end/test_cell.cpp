@@ -9,6 +9,8 @@
 #include <regex>
 #include <sstream>
 
+#include "tests/runtime/temporary_file.h"
+
 namespace {
 
 // The small test: ten records, two of them start records, four of the cycle, two of the overrun.

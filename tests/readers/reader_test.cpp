@@ -15,6 +15,7 @@
 #include "quon5/readers/read_ftir_file.h"
 #include "runtime/index_map.h"
 #include "runtime/strings.h"
+#include "tests/runtime/temporary_file.h"
 
 namespace reader_test {
 namespace {
@@ -174,6 +175,7 @@ std::string read_file(const std::string& name) {
 std::string run(const FILES& files, const std::function<std::string()>& body) {
     std::string directory = testing::TempDir() + "quon5_XXXXXX";
     if (mkdtemp(directory.data()) == nullptr) throw std::runtime_error("no temporary directory");
+    std::fflush(nullptr);
     const pid_t child = fork();
     if (child == 0) {
         std::filesystem::current_path(directory);
@@ -184,12 +186,13 @@ std::string run(const FILES& files, const std::function<std::string()>& body) {
         start_up(files.contains("cart"));
         const std::string result = body();
         std::ofstream("result", std::ios::binary) << result + log_entries();
-        _exit(0);
+        std::exit(0);  // not _exit, which would lose the coverage
     }
     int status = -1;
     waitpid(child, &status, 0);
     EXPECT_EQ(status, 0) << "the process of the case died";
     const std::string result = read_file(directory + "/result");
+    tests::keep_log(read_file(directory + "/log"));
     std::filesystem::remove_all(directory);
     return result;
 }

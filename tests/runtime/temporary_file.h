@@ -33,11 +33,22 @@ class TEMPORARY_FILE {
     std::string path_ = testing::TempDir() + "quon5_XXXXXX";
 };
 
+// Keeps what a test found in the error log for the check that every message is provoked.
+inline void keep_log(const std::string& log) {
+    const char* const directory = std::getenv("QUON5_TEST_LOGS");
+    if (directory == nullptr || log.empty()) return;
+    static std::ofstream kept(std::string(directory) + "/" + std::to_string(getpid()));
+    kept << log << std::flush;
+}
+
 // Takes the error log into a file of the test's own.
 class TEST_LOG : public TEMPORARY_FILE {
  public:
     TEST_LOG() { setenv("TAVRIN_ERROR_LOG", path(), 1); }
-    ~TEST_LOG() { unsetenv("TAVRIN_ERROR_LOG"); }
+    ~TEST_LOG() {
+        keep_log(contents());
+        unsetenv("TAVRIN_ERROR_LOG");
+    }
     // The entries without times and source lines: "module mode=1 code=0 text".
     std::string text() const {
         static const std::regex head("(^|\n)\\S{19} (\\w+):\\d+");

@@ -1,0 +1,43 @@
+#!/usr/bin/env python3
+"""Every message of the task stands in the error log of some test.
+
+    provoked_test.py logs program...    the directory of the tests' logs, and the tested programs
+
+Logs that are older than the programs are of an earlier build and do not count.
+"""
+
+import pathlib
+import re
+import sys
+
+from list_messages import CONVERSION, messages
+
+NUMBERS = {"c": ".", "s": ".*", "d": r"-?\d+", "i": r"-?\d+", "u": r"\d+"}
+
+
+def pattern(module, mode, code, text):
+    """What an entry with the message looks like; a `%s` may hold anything, line ends too."""
+    between = [re.escape(part.replace("\\n", "\n\t")) for part in CONVERSION.split(text)]
+    values = [NUMBERS.get(form[-1], r"-?(?:\d+\.\d+|nan|inf)") for form in CONVERSION.findall(text)]
+    body = between[0] + "".join(map(str.__add__, values, between[1:]))
+    number = r"-?\d+" if code == "*" else code
+    return rf"^\S{{19}} {module}:\d+ mode={mode} code={number} {body}$"
+
+
+def main(directory, *programs):
+    built = max(pathlib.Path(program).stat().st_mtime for program in programs)
+    logs = [log for log in pathlib.Path(directory).glob("*") if log.stat().st_mtime > built]
+    entries = set()
+    for log in logs:
+        entries.update(re.split(r"\n(?!\t)", log.read_text(errors="replace")))
+    expected = messages()
+    missing = [m for m in expected if not any(
+        re.match(pattern(*m), entry, re.DOTALL) for entry in entries if m[0] in entry[:60])]
+    for message in missing:
+        print("in no log:", "|".join(message))
+    print(f"{len(expected) - len(missing)} of {len(expected)} messages are provoked, in {len(logs)} logs")
+    return len(missing) > 0 or not expected
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))
