@@ -1,9 +1,10 @@
-// Integrals.
+// Integrals, and groups of the cell configuration.
 #include <gtest/gtest.h>
 
 #include <sstream>
 
 #include "quon5/data_section/integ_aver.h"
+#include "quon5/data_section/write_cell_cfg.h"
 #include "tests/readers/reader_test.h"
 
 namespace {
@@ -43,6 +44,14 @@ TEST(Integral, ByTheTrapezoidRule) {
     )")) {
         EXPECT_EQ(run({}, [&] { return integral(c.lines); }), c.entries) << c.lines;
     }
+}
+
+TEST(CellConfiguration, GroupsWithoutAKeyword) {
+    std::string messages;
+    for (const char group : std::string("0123"))
+        messages += std::string("write_cell_cfg 65 30000 Could not convert index <") + group +
+                    "> to cell cfg keyword Some data will be unavailable in composite file\n";
+    EXPECT_EQ(run({}, [] { return write_cell_cfg(), std::string(); }), messages);
 }
 
 }  // namespace

@@ -117,17 +117,18 @@ CASES = {
     "ECM channels": (specification("@ECM_CHANNELS\nCO ppm K_{0}"), columns, "Too many channels"),
     "Statistical channels": (specification("@STATISTICAL_CHANNELS\nCO ppm S{0}"),
                              count(r"^ +S\d+ "), "Too many channels"),
-    "Channel groups": (specification("@CHANNEL_GROUP g{0}; CO ppm K_"), columns,
+    "Channel groups": (specification("@CHANNEL_GROUP g{0}; CO ppm K_{0}"), columns,
                        "Channel group <g5>"),
     "Channels of a group": (specification("@CHANNEL_GROUP g\nCO ppm K_{0}"), columns,
                             "Too many channels"),
-    "Subsystems": (specification("@SUBSYSTEM EGR_ACTIVE - K_{0}"), columns, "Too many subsystems"),
+    "Subsystems": (specification("@SUBSYSTEM SCR_ACTIVE - K_{0}; CO ppm K_{0}"),
+                   lambda cell: columns(cell) / 2, "Too many subsystems"),
     "Channels of a subsystem": (specification("@SUBSYSTEM SCR_ACTIVE - A\nCO ppm K_{0}"), columns,
                                 "Too many channels"),
     "Maps": (named("MAP", "=quon6", "results/N{}/quon6.FTP"), found("map"), "Map <N49>"),
     "Cycles": (named("CYCLE", "=quon6", "results/M123/quon6.N{}"), found("cycle"), "Cycle <N49>"),
     "Activities": (named("ACTIVITY", "=activity", "N{}"), found("activity"), "Activity <N199>"),
-    "ECMs": (specification("@ECM e{0}; @ECM_OVERRIDES; V 1"), count(r"^     e\d+ V 1$"),
+    "ECMs": (specification("@ECM e{0}; @ECM_OVERRIDES; V{0} 1"), count(r"^     e\d V\d 1$"),
              "Too many ECMs, ECM <e4>"),
     "Overrides for every run": (specification("@ECM e\n@ECM_OVERRIDES\nV{0} 1"),
                                 count(r"^     e V\d+ 1$"), "Too many overrides, override <V50>"),
@@ -170,11 +171,14 @@ CASES = {
 }
 
 
+def given_files(changes):
+    """The files of the simulated test with these changes, and the arguments among them."""
+    contents = {FILES.get(key, key): text for key, text in changes.items() if key[0] != "="}
+    return SIMULATED | contents, {key[1:]: text for key, text in changes.items() if key[0] == "="}
+
+
 def run(program, changes):
-    cell = Cell(program, SIMULATED, {key[1:]: text for key, text in changes.items() if key[0] == "="})
-    for key, text in changes.items():
-        if key[0] != "=":
-            cell.path(FILES.get(key, key)).write_text(text)
+    cell = Cell(program, *given_files(changes))
     cell.status = cell.run()
     return cell
 

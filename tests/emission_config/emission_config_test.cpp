@@ -84,13 +84,4 @@ TEST(StatisticalChannels, ArePacked) {
     EXPECT_EQ(statistics("time SYNC P1", "0 40", "P1"), "2\nP1 K_P1 u_P1 nan nan nan nan nan\n");
 }
 
-TEST(StatisticalChannels, AHundredOfThem) {
-    std::string labels = "P1";
-    for (int i = 2; i <= 100; ++i) labels += " P" + std::to_string(i);
-    const std::string all = statistics("time SYNC " + labels, "10 20 30", labels);
-    EXPECT_EQ(split(all, "\n").size(), 102u);  // the count, 100 lines and the end of the last
-    EXPECT_TRUE(all.starts_with("101\nP1 K_P1 ")) << all;
-    EXPECT_TRUE(all.ends_with("\nP100 K_P100 u_P100 10000 10000.5 10000 10001 0.707107\n")) << all;
-}
-
 }  // namespace

@@ -140,6 +140,7 @@ void TestCell::expect_run(int status, const std::string& log, std::source_locati
     const testing::ScopedTrace trace(where.file_name(), static_cast<int>(where.line()), "run");
     EXPECT_EQ(run(), status) << output("standard_error");
     const std::string found = exists(path("error.log")) ? entries(output("error.log")) : "";
+    if (!found.empty()) tests::keep_log(output("error.log"));
     const size_t open = log.starts_with("...") ? 3 : 0;
     EXPECT_EQ(open == 0 || !found.ends_with(log.substr(open)) ? found : log, log);
 }

@@ -3,7 +3,7 @@
 
     provoked_test.py logs program...    the directory of the tests' logs, and the tested programs
 
-Logs that are older than the programs are of an earlier build and do not count.
+Logs that are older than the programs are of an earlier build; they are removed.
 """
 
 import pathlib
@@ -26,8 +26,9 @@ def pattern(module, mode, code, text):
 
 def main(directory, *programs):
     built = max(pathlib.Path(program).stat().st_mtime for program in programs)
-    logs = [log for log in pathlib.Path(directory).glob("*") if log.stat().st_mtime > built]
-    entries = set()
+    logs, entries = [], set()
+    for log in pathlib.Path(directory).iterdir():
+        log.unlink() if log.stat().st_mtime < built else logs.append(log)
     for log in logs:
         entries.update(re.split(r"\n(?!\t)", log.read_text(errors="replace")))
     expected = messages()

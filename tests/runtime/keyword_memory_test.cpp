@@ -12,7 +12,7 @@ TEST(KeywordMemory, SortsItsKeywordsAndKnowsTheirTypes) {
     const tests::TEST_LOG log;
     const tests::TEMPORARY_FILE file(
         "@KEYWORDS\n# keyword type units\n_X channel -\nZETA parameter rpm\nCVS_B channel ppm\n"
-        "9LIVES both -\nCVS_A both ppm\n@VARIABLES\ncell_name 12\nlimit 1.5\n");
+        "9LIVES both -\nCVS_A both ppm\nODD kind\n@VARIABLES\ncell_name 12\nlimit 1.5\n");
     setenv("TAVRIN_KEYWORD_MEMORY", file.path(), 1);
     const auto* memory = Keyword_memory = static_cast<KEYWORD*>(get_shrd_mem(KEYWORD_MEM, 0));
     const PAM_KEYWORD* const table = memory->keyword_table;
@@ -34,7 +34,11 @@ CVS_|-1|-1||CVS_BB|-1|-1||cvs_b|-1|-1||~|-1|-1|||-1|-1||cell_name|-1|-1)")) {
     EXPECT_EQ(*static_cast<const int*>(get_adr_value("cell_name", INT_TYPE)), 12);
     EXPECT_EQ(*static_cast<const double*>(get_adr_value("limit", REAL_TYPE)), 1.5);
     EXPECT_EQ(get_adr_value("cell", STRING_TYPE), nullptr);
-    EXPECT_EQ(log.text(), "");
+    EXPECT_EQ(
+        log.text(),
+        "get_shrd_mem mode=65 code=30000 Entry of <ODD> is not a keyword with its type, it is "
+        "ignored\n\t   line number=8   file=" +
+            std::string(file.path()) + "\n");
     setenv("TAVRIN_KEYWORD_MEMORY", "/no/such/file", 1);
     EXPECT_EQ(get_shrd_mem(KEYWORD_MEM, 0), nullptr);
     Keyword_memory = nullptr;

@@ -76,10 +76,15 @@ TEST(FixedCycle, EndsBeforeTheFirstRecord) {
                    .str() +
                '\n';
     };
-    EXPECT_EQ(reader_test::run({{"logger", log}, {"orda", ""}}, count),
-              "0 0 40 70\ndata_defn 257 0 Run = run7, Time based num of records = 0, \n"
-              "\t     sync_chan based num of records = 20, \n"
-              "\t     floger time of ending record = 0.000000\n");
+    const std::string counted =
+        "data_defn 257 0 Run = run7, Time based num of records = 0, \n"
+        "\t     sync_chan based num of records = 20, \n"
+        "\t     floger time of ending record = 0.000000\n";
+    EXPECT_EQ(reader_test::run({{"logger", log}, {"orda", ""}}, count), "0 0 40 70\n" + counted);
+    EXPECT_EQ(reader_test::run({{"logger", log}}, count),
+              "0 0 40 70\ndata_defn 1 77 Could not open file <orda> to read "
+              "@TR_EM_VARIABLE_LENGTH_REF_CYCLE_NAMES,errno=No such file or directory\n" +
+                  counted);
 }
 
 }  // namespace

@@ -1,0 +1,97 @@
+#!/usr/bin/env python3
+"""Tasks that run at once, and tasks that are killed.
+
+    tasks.py program simulator [rounds kills]
+
+Eight tasks share the error log and keyword memory, `rounds` times (3): each entry is whole and
+there, and every output is that of a task alone. A task is killed at `kills` random moments (40):
+its log holds whole entries, and the next run succeeds.
+"""
+
+import collections
+import os
+import random
+import sys
+import tempfile
+import time
+
+from cell import Cell, entries, simulated
+
+TASKS = 8
+
+
+def with_messages(files, task, number):
+    """The input files of a task that logs `number` entries of its own, of different lengths."""
+    lines = "".join(f"T{task}_{i}_{'x' * (i * 7 % 60)} 1 ppm\n" for i in range(number))
+    return files | {"em_bench.42": files["em_bench.42"] + "@MPS_ID\n" + lines}
+
+
+def run_together(program, files, rounds):
+    with tempfile.TemporaryDirectory() as shared:
+        environment = {"TAVRIN_ERROR_LOG": f"{shared}/error.log",
+                       "TAVRIN_KEYWORD_MEMORY": f"{shared}/keyword_memory.dat"}
+        with open(environment["TAVRIN_KEYWORD_MEMORY"], "w") as file:
+            file.write(files["keyword_memory.dat"])
+        cells = [Cell(program, with_messages(files, task, 300)) for task in range(TASKS)]
+        for cell in cells:
+            cell.run()
+        alone = [(cell.entries(), cell.outputs()) for cell in cells]
+        changes = 0
+        for turn in range(rounds):
+            for task in [cell.start(environment) for cell in cells]:
+                if task.wait(60) != 0:
+                    yield f"round {turn}: status {task.returncode}"
+            with open(environment["TAVRIN_ERROR_LOG"]) as file:
+                together = entries(file.read())
+            os.unlink(environment["TAVRIN_ERROR_LOG"])
+            expected = sum((collections.Counter(log) for log, _ in alone), collections.Counter())
+            if collections.Counter(together) != expected:
+                yield f"round {turn}: {len(together)} entries, not {expected.total()}"
+            for number, (cell, (log, outputs)) in enumerate(zip(cells, alone)):
+                own = [entry for entry in together if f"read T{number}_" in entry]
+                if own != [entry for entry in log if f"read T{number}_" in entry]:
+                    yield f"round {turn}: the entries of task {number} are not in their order"
+                if cell.outputs() != outputs:
+                    yield f"round {turn}: an output of task {number} is not that of the task alone"
+            writers = [entry.split("read T")[1][0] for entry in together if "read T" in entry]
+            changes += sum(a != b for a, b in zip(writers, writers[1:]))
+        print(f"{rounds} rounds of {TASKS} tasks, the writer of the log changed {changes} times")
+        if changes < TASKS * rounds:
+            yield "the tasks did not run at once"
+
+
+def kill(program, files, kills):
+    seed = random.randrange(2**32)
+    moments = random.Random(seed)
+    cell = Cell(program, with_messages(files, 0, 2000))
+    began = time.monotonic()
+    cell.run()
+    lasts = time.monotonic() - began
+    expected, outputs, killed, cut_short = cell.entries(), cell.outputs(), 0, 0
+    for _ in range(kills):
+        cell.path("error.log").unlink()
+        task = cell.start()
+        time.sleep(moments.uniform(0, lasts))
+        task.kill()
+        killed += task.wait(60) < 0
+        left = cell.entries()
+        cut_short += 0 < len(left) < len(expected)
+        status = cell.start().wait(60)
+        if left != expected[:len(left)] or cell.entries() != left + expected:
+            yield f"seed {seed}: {len(left)} entries are left, {len(cell.entries())} after the next run"
+        if status != 0 or cell.outputs() != outputs:
+            yield f"seed {seed}: the next run ends with {status} or writes something else"
+    print(f"{kills} kills, {killed} before the end, {cut_short} while entries were written")
+    if cut_short == 0:
+        yield "no kill came while entries were written"
+
+
+def main(program, simulator, rounds="3", kills="40"):
+    files = simulated(simulator, "cycle=2", "rate=1")
+    faults = [*run_together(program, files, int(rounds)), *kill(program, files, int(kills))]
+    print(*faults, f"{len(faults)} faults", sep="\n")
+    return len(faults) > 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))
