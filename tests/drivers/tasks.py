@@ -64,9 +64,10 @@ def kill(program, files, kills):
     seed = random.randrange(2**32)
     moments = random.Random(seed)
     cell = Cell(program, with_messages(files, 0, 2000))
-    began = time.monotonic()
-    cell.run()
-    lasts = time.monotonic() - began
+    for _ in range(2):  # the second one takes no longer than the ones to kill
+        began = time.monotonic()
+        cell.run()
+        lasts = time.monotonic() - began
     expected, outputs, killed, cut_short = cell.entries(), cell.outputs(), 0, 0
     for _ in range(kills):
         cell.path("error.log").unlink()
