@@ -180,7 +180,7 @@ void read_all_records(Log& log) {
         read_records(file.text().substr(start), line, num_channels, *log.columns,
                      [](const char* read_to) { file_being_read->release_before(read_to); });
     file_being_read = nullptr;
-    if (flaws.num_flawed > 0) {
+    if (flaws.num_flawed > 0 && !flaws.out_of_memory) {
         log_error("get_logr_data_mem", __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
                   "%d of %d records of %s have missing, surplus or invalid values, the first at "
                   "line %ld",

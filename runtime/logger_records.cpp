@@ -112,12 +112,12 @@ constexpr long kTileValues = 32768;
 
 class RecordReader {
  public:
-    RecordReader(long line, int num_channels, LoggerColumns& columns, long text_size)
+    RecordReader(long line, int num_channels, LoggerColumns& columns, std::string_view text)
         : line_(line),
           num_channels_(num_channels),
           tile_records_(static_cast<int>(std::clamp(kTileValues / num_channels, 8L, 64L))),
           columns_(columns),
-          text_size_(text_size),
+          text_(text),
           tile_(static_cast<std::size_t>(tile_records_) * static_cast<std::size_t>(num_channels)) {}
 
     // Reads the lines in `text`, which ends with a newline, and READ_BEFORE bytes before it and
@@ -155,20 +155,28 @@ class RecordReader {
 
     void flush() {
         if (in_tile_ == 0 || flaws_.out_of_memory) return;
-        const long records = columns_.num_records() + in_tile_;
-        const double bytes_a_record =
-            static_cast<double>(read_bytes_) / static_cast<double>(records);
-        const long expected =
-            static_cast<long>(static_cast<double>(text_size_) / bytes_a_record * 1.01) + 1;
-        flaws_.out_of_memory = !columns_.append(tile_.data(), in_tile_, expected);
+        flaws_.out_of_memory = !columns_.holds(in_tile_) && !make_room();
+        if (!flaws_.out_of_memory) columns_.append(tile_.data(), in_tile_);
         in_tile_ = 0;
+    }
+
+    // An estimate from the first records saves counting the lines. Where it is too low, or more
+    // than memory holds, there are no more records than lines: room for them is had now or never,
+    // not little by little until memory is exhausted.
+    bool make_room() {
+        if (columns_.num_records() == 0) {
+            const double bytes_a_record = static_cast<double>(read_bytes_) / in_tile_;
+            const double expected = static_cast<double>(text_.size()) / bytes_a_record;
+            if (columns_.reserve(static_cast<long>(expected * 1.01) + 1)) return true;
+        }
+        return columns_.reserve(std::count(text_.begin(), text_.end(), '\n') + 1);
     }
 
     long line_;
     int num_channels_;
     int tile_records_;
     LoggerColumns& columns_;
-    long text_size_;
+    std::string_view text_;
     std::vector<double> tile_;  // [record][channel]
     int in_tile_ = 0;
     long read_bytes_ = 0;
@@ -181,7 +189,7 @@ bool LoggerColumns::reserve(long records) {
     // An odd number of cache lines from column to column: the values of one record then spread over
     // the whole cache, where a multiple of the page size would crowd them into one set of it.
     constexpr long kCacheLineCells = 8;
-    const long stride = ((records + kCacheLineCells - 1) / kCacheLineCells | 1) * kCacheLineCells;
+    const long stride = ((records / kCacheLineCells + 1) | 1) * kCacheLineCells;  // a cell more
     // More than the machine's memory would not be had, whatever the system promises now.
     const long memory = sysconf(_SC_PHYS_PAGES) / num_channels_ * sysconf(_SC_PAGESIZE);
     if (records >= INT_MAX || stride > memory / static_cast<long>(sizeof(double))) return false;
@@ -197,20 +205,13 @@ bool LoggerColumns::reserve(long records) {
     return true;
 }
 
-bool LoggerColumns::append(const double* rows, int count, long expected) {
-    const long needed = static_cast<long>(num_records_) + count + 1;
-    // The estimate is for speed; where it cannot be had, what is needed now may do.
-    if (needed > stride_ && !reserve(std::max({needed, expected, stride_ + stride_ / 4})) &&
-        !reserve(needed)) {
-        return false;
-    }
+void LoggerColumns::append(const double* rows, int count) {
     for (int channel = 0; channel < num_channels_; ++channel) {
         double* const cells = column(channel) + num_records_;
         const double* value = rows + channel;
         for (int i = 0; i < count; ++i, value += num_channels_) cells[i] = *value;
     }
     num_records_ += count;
-    return true;
 }
 
 void LoggerColumns::finish() {
@@ -222,7 +223,7 @@ void LoggerColumns::finish() {
 
 RecordFlaws read_records(std::string_view text, long line, int num_channels, LoggerColumns& columns,
                          void (*release)(const char* read_to)) {
-    RecordReader reader(line, num_channels, columns, static_cast<long>(text.size()));
+    RecordReader reader(line, num_channels, columns, text);
     // The last lines are read from a copy: with room around it to look ahead, and with a newline
     // at its end, which the file may lack.
     const std::size_t ahead = std::min<std::size_t>(text.size(), kBlock);

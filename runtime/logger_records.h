@@ -15,14 +15,14 @@ class LoggerColumns {
     int num_records() const { return num_records_; }
     double* column(int channel) const { return cells_.get() + channel * stride_; }
 
-    // Appends `count` records from `rows` ([record][channel]). `expected` is an estimate of the
-    // number of all records. False when there is no memory for them.
-    bool append(const double* rows, int count, long expected);
+    // Makes room for so many records in all. False when there is no memory for them.
+    bool reserve(long records);
+    bool holds(int more) const { return static_cast<long>(num_records_) + more < stride_; }
+    // Appends `count` records, for which there is room, from `rows` ([record][channel]).
+    void append(const double* rows, int count);
     void finish();  // sets the cells after the last record
 
  private:
-    bool reserve(long records);
-
     struct Free {
         void operator()(double* p) const { std::free(p); }
     };

@@ -109,6 +109,31 @@ TEST(LoggerData, FailsWithoutChannelsItCanTake) {
     EXPECT_EQ(log.text(), "");
 }
 
+TEST(LoggerData, RecordsThatGetShorter) {
+    std::string text = kTwoChannels;
+    for (int i = 0; i < 6000; ++i)
+        text += std::to_string(i) + (i < 70 ? ',' + std::string(300, '0') + "7\n" : ",7\n");
+    const FLOGER_DATA_INFO* const chans = load(TEMPORARY_FILE(text));
+    ASSERT_EQ(chans->num_samples, 6000);
+    for (int i = 0; i <= 6000; ++i)
+        EXPECT_EQ(cells(chans[0].data_ptr[i], chans[1].data_ptr[i]), cells(std::min(i, 5999), 7));
+}
+
+// Short records of many channels: a small file, and more cells than the machine has memory for.
+TEST(LoggerData, RecordsBeyondTheMemoryAreRefusedAtOnce) {
+    const long cells = sysconf(_SC_PHYS_PAGES) * sysconf(_SC_PAGESIZE) / long{sizeof(double)};
+    std::string text = "@LOGGED_CHANNELS\ntime sec 1\n";
+    for (int i = 1; i < 32767; ++i) text += "A - 0\n";
+    text += "@LOGGED_RECORDS\n";
+    for (long i = 0; i <= cells / 32767; ++i) text += "1\n";
+    const tests::TEST_LOG log;
+    const TEMPORARY_FILE file(text);
+    EXPECT_EQ(load(file)->num_samples, 0);
+    EXPECT_EQ(log.text(),
+              "get_logr_data_mem mode=65 code=-1 Not enough memory for the records of " +
+                  std::string(file.path()) + ", none is loaded\n");
+}
+
 TEST(LoggerData, SelectsStretchesOfRecords) {
     const FLOGER_DATA_INFO* const chans =
         load(TEMPORARY_FILE(kTwoChannels + "0,5\n1,nan\n2,10.5\n3,10\n4,10\n5,20\n6,20\n7,30"));
