@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Steps that fail, and memory that is not to be had: the task says so and ends.
 
-    failures.py program simulator failing_steps sanitized
+    failures.py program simulator failing_steps quon5_faults sanitized
 
-`failing_steps` is the task with steps that fail; `sanitized` is 1 for a build with sanitizers.
+`failing_steps` is the task with steps that fail, `quon5_faults` the task with calls that fail on
+demand; `sanitized` is 1 for a build with sanitizers.
 """
 
 import re
@@ -15,6 +16,8 @@ from cell import Cell, simulated
 BUFFER = "init mode=65 code=30000 Could not set IO buffer size for Quon5 output file"
 STEPS = {"1": "Errors generating the integer codes for quon5 file-Task is exiting",
          "2": ".*std::bad_alloc.*, exiting"}
+BROKEN_LOG = ("get_logr_data_mem mode=65 code=-1 Could not read all of file logr_data.42, "
+              "errno=Input/output error, exiting")
 NO_MEMORY = ("get_logr_data_mem mode=65 code=-1 Not enough memory for the records of logr_data.42, "
              "none is loaded")
 
@@ -25,6 +28,14 @@ def failed_steps(program, files):
         status, expected = cell.run(), [BUFFER, "quon5 mode=65 code=-1 " + text]
         if status != 1 or not re.fullmatch("\n".join(expected), "\n".join(cell.entries())):
             yield f"step {step}: status {status}, {cell.entries()}"
+
+
+def broken_log(program, files):
+    """A logger data file that cannot be read where it is mapped."""
+    cell = Cell(program, files)
+    status = cell.run({"FAULT": "mappedread:1:once"})
+    if status != 1 or cell.entries() != [BROKEN_LOG]:
+        yield f"log that breaks off: status {status}, {cell.entries()}"
 
 
 def run_limited(cell, megabytes, sanitized):
@@ -53,10 +64,10 @@ def missing_memory(program, short_test, long_test, sanitized):
         yield f"no run without memory for the records from {needed} to {size} MB"
 
 
-def main(program, simulator, failing_steps, sanitized):
+def main(program, simulator, failing_steps, quon5_faults, sanitized):
     short_test = simulated(simulator, "cycle=2", "rate=1")
     long_test = simulated(simulator, "cycle=900", "rate=20")
-    faults = [*failed_steps(failing_steps, short_test),
+    faults = [*failed_steps(failing_steps, short_test), *broken_log(quon5_faults, short_test),
               *missing_memory(program, short_test, long_test, sanitized == "1")]
     print(*faults, f"{len(faults)} faults", sep="\n")
     return len(faults) > 0

@@ -183,11 +183,6 @@ TEST(LoggerData, ListEntriesAreChannelsByColumnAndName) {
         EXPECT_EQ(std::isnan(entry.data_ptr[0]), entry.num_samples == 0) << row[0];
     }
     EXPECT_EQ(load(TEMPORARY_FILE(kTwoChannels))->num_samples, 0);
-    const tests::TEST_LOG log;
-    FLOGER_DATA_INFO* gone = nullptr;  // the file, before its records are read
-    get_logr_chan_info_mem(TEMPORARY_FILE(kTwoChannels + "0,1\n").path(), &gone);
-    EXPECT_EQ(get_logr_data_mem(gone, 1, gone, nullptr, nullptr), -1);
-    EXPECT_TRUE(log.text().starts_with("get_logr_data_mem mode=65 code=77 Could not map "));
 }
 
 TEST(LoggerData, LogThatIsGoneBeforeItsRecordsAreLoadedIsNamed) {
