@@ -1,6 +1,8 @@
 #include "runtime/error_log.h"
 
 #include <fcntl.h>
+#include <sched.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -62,15 +64,36 @@ bool write_whole(int fd, std::string_view text) {
     return true;
 }
 
-// False, with errno set, when the log did not take the entry.
-bool append_to_log(std::string_view entry) {
+struct Append {
+    std::string_view entry;
+    int error;  // errno of what failed
+};
+
+int append_entry(void* argument) {
+    Append& append = *static_cast<Append*>(argument);
     const int fd = open(error_log_filename(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
-    if (fd < 0) return false;
-    const bool written = write_whole(fd, entry);
-    const int error = errno;
-    const bool closed = close(fd) == 0;
-    if (!written) errno = error;
-    return written && closed;
+    append.error = fd < 0 || !write_whole(fd, append.entry) ? errno : 0;
+    if (fd >= 0 && close(fd) != 0 && append.error == 0) append.error = errno;
+    return 0;
+}
+
+int append_entry_in_child(void* argument) {
+    setpgid(0, 0);  // what kills the task's group is not to reach it either
+    return append_entry(argument);
+}
+
+// False, with errno set, when the log did not take the entry. A process that is killed while it
+// writes leaves the part of the text up to the end of a page. A kill of the task does not reach
+// the child that writes; it runs in the task's memory while the task waits.
+bool append_to_log(std::string_view entry) {
+    alignas(16) static char stack[65536];
+    Append append{entry, 0};
+    const pid_t child =
+        clone(append_entry_in_child, stack + sizeof stack, CLONE_VM | CLONE_VFORK, &append);
+    if (child < 0) append_entry(&append);
+    while (child > 0 && waitpid(child, nullptr, __WALL) < 0 && errno == EINTR) continue;
+    errno = append.error;
+    return append.error == 0;
 }
 
 }  // namespace

@@ -75,6 +75,7 @@ def kill(program, files, kills):
         time.sleep(moments.uniform(0, lasts))
         task.kill()
         killed += task.wait(60) < 0
+        time.sleep(0.01)  # an entry that was begun is still written
         left = cell.entries()
         cut_short += 0 < len(left) < len(expected)
         status = cell.start().wait(60)

@@ -34,8 +34,10 @@ def main(directory, *programs):
     expected = messages()
     missing = [m for m in expected if not any(
         re.match(pattern(*m), entry, re.DOTALL) for entry in entries if m[0] in entry[:60])]
+    if missing:
+        print("these are in the log of no test, or not all tests were run before this one:")
     for message in missing:
-        print("in no log:", "|".join(message))
+        print("|".join(message))
     print(f"{len(expected) - len(missing)} of {len(expected)} messages are provoked, in {len(logs)} logs")
     return len(missing) > 0 or not expected
 
