@@ -1,8 +1,8 @@
 // The test cell's error log.
 //
-// One call writes one entry with a single append, so that several tasks can share a log file. A child
-// process writes it, so that a task that is killed leaves no part of one. The entry goes to standard
-// error as well:
+// One call writes one entry with a single append, so that several tasks can share a log file. A
+// child process writes it, so that a task that is killed leaves no part of one. The entry goes to
+// standard error as well:
 //
 //   2026-03-05T14:07:31 read_em_data:212 mode=65 code=30000 text
 //
