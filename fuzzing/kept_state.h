@@ -4,6 +4,6 @@
 #define QUON5_FUZZING_KEPT_STATE_H
 
 void forget_indexes(short map, short from);  // of an index map, from an index on
-void forget_compound_units();                // units that inputs have put together
+void forget_compound_units();  // units that inputs have put together, once they are many
 
 #endif
