@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -21,12 +22,16 @@
 
 namespace {
 
-// Descriptors of memory files, above those of the system.
-enum MemoryDescriptor : int { kDiscard = 1 << 20, kInput };
+// An open descriptor; what is written to one without a file is discarded.
+struct Opened {
+    const std::string* file;
+    std::size_t at;
+};
+constexpr int kFirstDescriptor = 1 << 20;  // above those of the system
 
 std::map<std::string, std::string> files;
-std::vector<FILE*> open_streams;
-const std::string* opened_input = nullptr;  // behind kInput
+std::vector<Opened> descriptors;  // from kFirstDescriptor on
+std::vector<FILE*> streams;       // open ones
 bool whole_error_log = false;
 
 const std::string* find_file(const char* name) {
@@ -36,15 +41,15 @@ const std::string* find_file(const char* name) {
     return nullptr;
 }
 
-ssize_t discard(void* /*cookie*/, const char* /*text*/, size_t length) {
-    return static_cast<ssize_t>(length);
+Opened* opened(int fd) {
+    const auto slot = static_cast<std::size_t>(fd - kFirstDescriptor);
+    const bool known = fd >= kFirstDescriptor && slot < descriptors.size();
+    return known && descriptors[slot].file != nullptr ? &descriptors[slot] : nullptr;
 }
 
-FILE* open_stream(const char* name, const char* mode) {
-    if (mode[0] != 'r') return fopencookie(nullptr, "w", {nullptr, discard, nullptr, nullptr});
-    const std::string* file = find_file(name);
-    // The stream only reads.
-    return file == nullptr ? nullptr : fmemopen(const_cast<char*>(file->data()), file->size(), "r");
+FILE* keep(FILE* stream) {
+    if (stream != nullptr) streams.push_back(stream);
+    return stream;
 }
 
 }  // namespace
@@ -54,8 +59,8 @@ void set_memory_file(const std::string& name, std::string contents) {
 }
 
 void close_memory_files() {
-    for (FILE* stream : open_streams) fclose(stream);
-    open_streams.clear();
+    for (FILE* stream : std::exchange(streams, {})) fclose(stream);
+    descriptors.clear();
 }
 
 void write_error_log(bool whole) {
@@ -64,48 +69,65 @@ void write_error_log(bool whole) {
 
 extern "C" {
 
-FILE* __wrap_fopen(const char* name, const char* mode) {
-    FILE* stream = open_stream(name, mode);
-    if (stream != nullptr) open_streams.push_back(stream);
-    return stream;
-}
-
-int __wrap_fclose(FILE* stream) {
-    open_streams.erase(std::remove(open_streams.begin(), open_streams.end(), stream),
-                       open_streams.end());
-    return fclose(stream);
-}
-
-int __wrap_fcloseall() {
-    close_memory_files();
-    return 0;
-}
-
 int __wrap_open(const char* name, int flags, ...) {
-    if ((flags & O_ACCMODE) != O_RDONLY) return kDiscard;
-    opened_input = find_file(name);
-    return opened_input == nullptr ? -1 : kInput;
+    const bool reads = (flags & O_ACCMODE) == O_RDONLY;
+    const std::string* const file = reads ? find_file(name) : nullptr;
+    if (reads && file == nullptr) return -1;
+    descriptors.push_back({file, 0});
+    return kFirstDescriptor + static_cast<int>(descriptors.size()) - 1;
 }
 
 int __wrap_close(int /*fd*/) {
     return 0;
 }
 
+ssize_t __wrap_read(int fd, void* to, size_t size) {
+    Opened* const from = opened(fd);
+    if (from == nullptr) return -1;
+    const size_t length = std::min(size, from->file->size() - from->at);
+    std::memcpy(to, from->file->data() + from->at, length);
+    from->at += length;
+    return static_cast<ssize_t>(length);
+}
+
+off_t __wrap_lseek(int fd, off_t offset, int whence) {
+    Opened* const file = opened(fd);
+    if (file == nullptr) return -1;
+    const auto size = static_cast<off_t>(file->file->size());
+    const off_t from = whence == SEEK_END ? size : static_cast<off_t>(file->at);
+    const off_t at = std::clamp<off_t>(whence == SEEK_SET ? offset : from + offset, 0, size);
+    file->at = static_cast<std::size_t>(at);
+    return at;
+}
+
 ssize_t __wrap_write(int /*fd*/, const void* /*text*/, size_t length) {
     return static_cast<ssize_t>(length);
 }
 
-int __wrap_fstat(int fd, struct stat* info) {
-    if (fd != kInput) return -1;
+int __wrap_stat(const char* name, struct stat* info) {
+    const std::string* const file = find_file(name);
+    if (file == nullptr) return -1;
     *info = {};
-    info->st_size = static_cast<off_t>(opened_input->size());
+    info->st_mode = S_IFREG;
+    info->st_ino = reinterpret_cast<std::uintptr_t>(file);
+    info->st_size = static_cast<off_t>(file->size());
+    return 0;
+}
+
+int __wrap_fstat(int fd, struct stat* info) {
+    const Opened* const file = opened(fd);
+    if (file == nullptr) return -1;
+    *info = {};
+    info->st_mode = S_IFREG;
+    info->st_size = static_cast<off_t>(file->file->size());
     return 0;
 }
 
 // A copy of just the file's size, so that the address sanitizer sees a read behind its end.
-void* __wrap_mmap(void* /*at*/, size_t size, int /*prot*/, int /*flags*/, int /*fd*/,
+void* __wrap_mmap(void* /*at*/, size_t /*size*/, int /*prot*/, int /*flags*/, int fd,
                   off_t /*start*/) {
-    return std::memcpy(std::malloc(size), opened_input->data(), size);
+    const std::string& file = *opened(fd)->file;
+    return std::memcpy(std::malloc(file.size()), file.data(), file.size());
 }
 
 int __wrap_munmap(void* start, size_t /*size*/) {
@@ -114,6 +136,32 @@ int __wrap_munmap(void* start, size_t /*size*/) {
 }
 
 int __wrap_madvise(void* /*start*/, size_t /*size*/, int /*advice*/) {
+    return 0;
+}
+
+FILE* __wrap_fopen(const char* name, const char* mode) {
+    const auto discard = [](void* /*cookie*/, const char* /*text*/, size_t length) {
+        return static_cast<ssize_t>(length);
+    };
+    if (mode[0] != 'r')
+        return keep(fopencookie(nullptr, "w", {nullptr, discard, nullptr, nullptr}));
+    const std::string* const file = find_file(name);
+    if (file == nullptr) return nullptr;
+    // The stream only reads.
+    return keep(fmemopen(const_cast<char*>(file->data()), file->size(), "r"));
+}
+
+FILE* __wrap_fopencookie(void* cookie, const char* mode, cookie_io_functions_t functions) {
+    return keep(fopencookie(cookie, mode, functions));
+}
+
+int __wrap_fclose(FILE* stream) {
+    streams.erase(std::remove(streams.begin(), streams.end(), stream), streams.end());
+    return fclose(stream);
+}
+
+int __wrap_fcloseall() {
+    close_memory_files();
     return 0;
 }
 
