@@ -163,8 +163,8 @@ void run_task(std::string_view input) {
     call(run_sequence, arguments);
 }
 
-// In shares of one and a half hours on one core each reader has some 10 million executions, the task
-// 200,000.
+// The shares are such that in one and a half hours on one core each reader has some 10 million
+// executions and the task 200,000.
 const FuzzTarget kTargets[] = {
     {"bench", "em_bench.42", run_bench, 512, 13, false},
     {"ftir", "ftir.42", run_ftir, 1024, 6, false},
