@@ -173,6 +173,7 @@ const FuzzTarget kTargets[] = {
     {"cell_configuration", "cell_cfg.dat", run_cell_configuration, 512, 4, false},
     {"keyword_memory", kKeywordMemory, run_keyword_memory, 1024, 6, false},
     {"logger_data", kLog, run_logger_data, 1024, 5, false},
+    {"numbers", "records", run_numbers, 64, 3, false},
     {"command_line", kArguments, run_command_line, 1024, 4, true},
     {"task", "", run_task, 4096, 10, true},
 };

@@ -17,6 +17,9 @@ struct FuzzTarget {
     bool whole_error_log;                 // see write_error_log
 };
 
+// Runs a target that stands in a file of its own.
+void run_numbers(std::string_view input);
+
 // The target of this name; none when there is none.
 const FuzzTarget* find_target(std::string_view name);
 
