@@ -47,11 +47,6 @@ Opened* opened(int fd) {
     return known && descriptors[slot].file != nullptr ? &descriptors[slot] : nullptr;
 }
 
-FILE* keep(FILE* stream) {
-    if (stream != nullptr) streams.push_back(stream);
-    return stream;
-}
-
 }  // namespace
 
 void set_memory_file(const std::string& name, std::string contents) {
@@ -139,20 +134,9 @@ int __wrap_madvise(void* /*start*/, size_t /*size*/, int /*advice*/) {
     return 0;
 }
 
-FILE* __wrap_fopen(const char* name, const char* mode) {
-    const auto discard = [](void* /*cookie*/, const char* /*text*/, size_t length) {
-        return static_cast<ssize_t>(length);
-    };
-    if (mode[0] != 'r')
-        return keep(fopencookie(nullptr, "w", {nullptr, discard, nullptr, nullptr}));
-    const std::string* const file = find_file(name);
-    if (file == nullptr) return nullptr;
-    // The stream only reads.
-    return keep(fmemopen(const_cast<char*>(file->data()), file->size(), "r"));
-}
-
 FILE* __wrap_fopencookie(void* cookie, const char* mode, cookie_io_functions_t functions) {
-    return keep(fopencookie(cookie, mode, functions));
+    streams.push_back(fopencookie(cookie, mode, functions));
+    return streams.back();
 }
 
 int __wrap_fclose(FILE* stream) {
