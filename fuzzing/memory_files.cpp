@@ -122,7 +122,9 @@ int __wrap_fstat(int fd, struct stat* info) {
 void* __wrap_mmap(void* /*at*/, size_t /*size*/, int /*prot*/, int /*flags*/, int fd,
                   off_t /*start*/) {
     const std::string& file = *opened(fd)->file;
-    return std::memcpy(std::malloc(file.size()), file.data(), file.size());
+    void* const copy = std::malloc(file.size());
+    file.copy(static_cast<char*>(copy), file.size());
+    return copy;
 }
 
 int __wrap_munmap(void* start, size_t /*size*/) {

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -38,10 +40,8 @@ double value_of(std::string_view field) {
 }
 
 void expect_same_value(double read, double expected) {
-    if (std::memcmp(&read, &expected, sizeof read) != 0 &&
-        !(read != read && expected != expected)) {
-        abort();
-    }
+    const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(printable(value)); };
+    if (bits(read) != bits(expected)) abort();
 }
 
 void expect_same_text(double value, int decimals) {
