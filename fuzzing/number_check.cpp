@@ -1,6 +1,4 @@
 // Numbers as the log gives them and as the composite file prints them, beside the C library's.
-#include "inc/numbers.h"
-
 #include <strings.h>
 
 #include <algorithm>
@@ -14,6 +12,7 @@
 #include <string>
 
 #include "fuzzing/targets.h"
+#include "inc/numbers.h"
 #include "quon5/composite/number_format.h"
 #include "runtime/logger_records.h"
 
