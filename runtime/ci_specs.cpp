@@ -254,9 +254,9 @@ const SpecificationReader::Section SpecificationReader::kSections[12] = {
 }  // namespace
 
 short read_ci_specs(const char* filename, CVS_CI* customer_input, int /*flags*/) {
-    static bool untouched = true;
-    bool dirty = false;  // as any record other than the task's must be taken to be
-    zero_record(*customer_input, customer_input == &Customer_input ? untouched : dirty);
+    static bool touched;
+    bool dirty = true;  // as any record other than the task's must be taken to be
+    zero_record(*customer_input, customer_input == &Customer_input ? touched : dirty);
     Version_cvsci = 0;
     FILE* file = open_for_reading(filename);
     if (file == nullptr) {

@@ -8,7 +8,6 @@
 
 #include "inc/numbers.h"
 #include "inc/open_file.h"
-#include "inc/zero_record.h"
 #include "runtime/error_log.h"
 #include "runtime/shared_variables.h"
 #include "runtime/strings.h"
@@ -108,8 +107,9 @@ void* get_shrd_mem(SM_AREA_ID area, int /*size*/) {
     const char* filename = keyword_memory_filename();
     FILE* file = area == KEYWORD_MEM ? open_for_reading(filename) : nullptr;
     if (file == nullptr) return nullptr;
-    static bool untouched = true;
-    zero_record(keyword_area, untouched);
+    // Only the rows of an earlier reading hold anything; the area is large.
+    std::memset(keyword_area.keyword_table, 0,
+                static_cast<std::size_t>(keyword_area.search_table[kGroups]) * sizeof(PAM_KEYWORD));
     variables().clear();
     index_rows(read_keyword_file(file, filename));
     fclose(file);

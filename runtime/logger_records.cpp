@@ -230,7 +230,6 @@ RecordFlaws read_records(std::string_view text, long line, int num_channels, Log
     const std::size_t body = text.substr(0, text.size() - ahead).rfind('\n') + 1;  // 0: none
     if (body > 0) reader.read(text.substr(0, body), release);
     std::string last(text.substr(body));
-    if (!last.empty() && last.back() == '\r') last.pop_back();
     if (!last.empty() && last.back() != '\n') last += '\n';
     if (!last.empty()) {
         const std::size_t size = last.size();

@@ -235,8 +235,8 @@ short read_em_data(EM_CHAN_INFO* em_cart_info) {
                   "Could not open file %s, errno=%s", Em_cart_filename, strerror(errno));
         return -1;
     }
-    static bool untouched = true;
-    zero_record(Emis_data, untouched);
+    static bool touched;
+    zero_record(Emis_data, touched);
     set_measrd_species(file, em_cart_info);
     for (const PM_CART_ENTRIES entry : {DESKEW_TIMES_PM, MPS_INFO_PM, APS_INFO_PM, BPS_INFO_PM}) {
         read_pcd_file(entry);

@@ -259,8 +259,8 @@ void read_ftir_file(const char* filename) {
     for (short i = 0; i < NUM_EMIS_ENTRIES; ++i) {
         string_associate_indexN(Keywords[i], i, KEYWORDS_MAP);
     }
-    static bool untouched = true;
-    zero_record(Ftir, untouched);
+    static bool touched;
+    zero_record(Ftir, touched);
     FILE* file = open_for_reading(filename);
     if (file == nullptr) {
         log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED,

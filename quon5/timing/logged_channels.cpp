@@ -16,8 +16,8 @@ struct Positions {
 
 // Positions by label. The labels are views of All_chans.
 std::unordered_map<std::string_view, Positions>& label_index() {
-    static std::unordered_map<std::string_view, Positions> index;
-    return index;
+    static auto* index = new std::unordered_map<std::string_view, Positions>;
+    return *index;
 }
 
 }  // namespace

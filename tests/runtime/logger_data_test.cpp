@@ -80,6 +80,18 @@ TEST(LoggerData, ReportsDamagedRecordsOnce) {
     EXPECT_EQ(damage(log), cells(5, 8, "9\n"));
 }
 
+TEST(LoggerData, ReadsALastLineWithoutNewlineAsOneWithIt) {
+    for (const std::string last : {"7", "7\r", "7\r\r", "\r\r", " \r", ""}) {
+        tests::ROW read[2];
+        for (const bool ends : {false, true}) {
+            const FLOGER_DATA_INFO* time = load(TEMPORARY_FILE(
+                "@LOGGED_CHANNELS\ntime sec 1\n@LOGGED_RECORDS\n1\n" + last + (ends ? "\n" : "")));
+            read[ends] = cells(time->num_samples, time->data_ptr[time->num_samples]);
+        }
+        EXPECT_EQ(read[false], read[true]) << testing::PrintToString(last);
+    }
+}
+
 TEST(LoggerData, DescribesTheChannels) {
     const tests::TEST_LOG log;
     const FLOGER_DATA_INFO* chan = load(TEMPORARY_FILE(
