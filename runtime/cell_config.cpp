@@ -79,10 +79,14 @@ void read_section(FILE* file, const Section& section) {
     });
 }
 
-// No stream, logged, when the file cannot be opened.
+bool Not_opened;  // an entry says so
+
+// No stream when the file cannot be opened. The first time is logged: what is not there for one
+// operation is not there for the other.
 FILE* open_configuration() {
     FILE* file = open_for_reading(Cell_cfg_filename);
-    if (file == nullptr) {
+    if (file == nullptr && !Not_opened) {
+        Not_opened = true;
         log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
                   "Could not open file %s, errno=%s", Cell_cfg_filename, strerror(errno));
     }
@@ -95,6 +99,7 @@ void read_cell_cfg(void) {
     for (short entry = 0; entry < NUM_CELL_CFG_ENTRIES; ++entry) {
         string_associate_indexN(kSections[entry].keyword, entry, CELL_CFG_MAP);
     }
+    Not_opened = false;
     FILE* file = open_configuration();
     if (file == nullptr) return;
     for (const Section& section : kSections) read_section(file, section);

@@ -117,6 +117,13 @@ TEST(Driver, FileOrStartTimeCannotBeHad) {
     cell.set_argument("quon5_output", "run7.quon5");
     cell.add_channel("sys_time sec 0", {"nan"});
     cell.expect_run(1, kCountMismatch + kNoSystemTime + kNoStartTime);
+    TestCell unconfigured;
+    unconfigured.files.erase("cell.dat");
+    unconfigured.expect_run(
+        1,
+        "read_cell_cfg 65 77 Could not open file cell.dat, errno=No such file or directory\n"
+        "tran_em_data 1 77 Unable to open file cell.dat\n" +
+            kNoData);
     TestCell phaseless;  // the sync channel has no phases
     phaseless.replace("log.dat", "VPC mm_hg", "sys_time -");
     phaseless.replace("orda.dat", "/ SYNC", "/ TDIL");
