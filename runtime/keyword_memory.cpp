@@ -73,7 +73,9 @@ void store_keyword(const char* filename, const TOKENS<3>& token, int& count) {
     units_keyword_to_code(token[2], &row.unitscode);
 }
 
+// A name alone is a variable without a value.
 void store_variable(const TOKENS<3>& token) {
+    if (token.count() < 2) return;
     const double value = leading_number(token[1]);
     const bool fits = std::abs(value) < 2147483648.0;
     variables()[token[0]] = {token[1], value, fits ? static_cast<int>(value) : 0};

@@ -1,5 +1,6 @@
 #include "quon5/data_section/tran_em_data.h"
 
+#include <cmath>
 #include <initializer_list>
 
 #include "inc/numbers.h"
@@ -49,6 +50,9 @@ constexpr char tr_em_units[NUM_TR_EM_ROWS][16] = {
     "-", "-",        "-",        "-",        "-",     "-",     "-",      "-",      "in"};
 
 void write_value_row(short row, double value, const char* units) {
+    // The C library drops the zeros of a value that it rounds up to 10000: "1.e+04".
+    const double magnitude = std::fabs(value);
+    if (magnitude >= 9999.5 && magnitude < 1e4) value = std::copysign(1e4, value);
     fprintf(Quon5_optr, "%10i %#10.4g %s\n", row, printable(value), units);
 }
 

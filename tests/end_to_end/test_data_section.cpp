@@ -74,6 +74,17 @@ tran_em_data 65 30000 Units conversion errors for channel <@OPTICAL_PATH_CELESCO
     EXPECT_EQ(between(filter_data, "@PROBE_FLOW\n"), " 0.000000[]\n");
 }
 
+TEST(DataSection, ValuesHaveFourDigits) {
+    for (const auto& row : table("9999.4|     9999.\n9999.5| 1.000e+04\n-9999.7|-1.000e+04\n"
+                                 "10000| 1.000e+04\n0.00012344| 0.0001234\n0.00009999| 9.999e-05\n"
+                                 "99.996|     100.0\n0|     0.000")) {
+        TestCell cell;
+        cell.replace("cell.dat", "5.0[in]", row[0] + "[in]");
+        cell.expect_run(0, "");
+        EXPECT_EQ(between(rows(cell), "deg_f\n        35 "), row[1] + " in\n");
+    }
+}
+
 const char kOverrides[] = R"(@CYCLE WHTC
 @ECM main model_1
 @ECM_OVERRIDES / A 1 / B 2

@@ -183,13 +183,15 @@ init 1 -1 Problems reading following keywords - see error.log
 }
 
 TEST(Driver, UnknownCellNumberAndSurplusChannelAreReported) {
-    TestCell cell;
-    cell.replace("keyword_memory.dat", "cell_name", "cell_title");
-    cell.add_channel("EXTRA - 0", {"1"});
-    cell.expect_run(0,
-                    R"(quon5 1 30000 The variable 'cell_name' could not be found, setting it to -999
-)" + kCountMismatch);
-    EXPECT_EQ(cell.quon5(), golden(kQuon5).replace(3, 10, "      -999"));
+    for (const auto& row : table("cell_name|cell_title\n 12|")) {
+        TestCell cell;
+        cell.replace("keyword_memory.dat", row[0], row[1]);
+        cell.add_channel("EXTRA - 0", {"1"});
+        cell.expect_run(
+            0, "quon5 1 30000 The variable 'cell_name' could not be found, setting it to -999\n" +
+                   kCountMismatch);
+        EXPECT_EQ(cell.quon5(), golden(kQuon5).replace(3, 10, "      -999"));
+    }
 }
 
 }  // namespace
