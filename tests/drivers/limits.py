@@ -147,7 +147,7 @@ CASES = {
         count(r"^     K\d+ 1 ppm"), "Could not associate an index with species <L20>"),
     "Leak tests of the bench": (bench("@LEAK_TEST_VALIDATION\nT{0} 1 2 l 3 l HC -"),
                                 count(r"^     T\d+ 1"), "unknown index=6, no action taken"),
-    "Lines of a section of the FTIR file": (
+    "Lines of an FTIR section of channels or species": (
         given("FTIR_file", f"@CONT_CHAN_UL_VAL\n{FTIR} {{0}} ppm"), count(f"^     {FTIR} "), None),
     "FTIR entries of a keyword": (
         lambda n: given("FTIR_file", f"@PRIMARY_CHOICES\n{{0}} {FTIR}",
