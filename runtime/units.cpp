@@ -33,26 +33,27 @@ constexpr Dimension kCurrent{0, 0, 0, 0, 1};
 constexpr Dimension kResistance{-3, 0, 1, 2, -2};
 constexpr Dimension kAngle{0, 0, 0, 0, 0, 1};
 
-constexpr double kInch = 0.0254;
-constexpr double kFoot = 0.3048;
-constexpr double kPound = 0.45359237;
-constexpr double kGravity = 9.80665;
-constexpr double kPoundForce = kPound * kGravity;
-constexpr double kFootPound = kFoot * kPoundForce;
-constexpr double kHorsepower = 550 * kFootPound;
-constexpr double kMmHg = 133.322387415;
-constexpr double kInchWater = 999.972 * kGravity * kInch;
-constexpr double kGallon = 231 * kInch * kInch * kInch;
-constexpr double kCubicFoot = kFoot * kFoot * kFoot;
-constexpr double kRankine = 5.0 / 9.0;
-constexpr double kPi = 3.14159265358979323846;
+constexpr long double kInch = 0.0254L;
+constexpr long double kFoot = 0.3048L;
+constexpr long double kPound = 0.45359237L;
+constexpr long double kGravity = 9.80665L;
+constexpr long double kPoundForce = kPound * kGravity;
+constexpr long double kFootPound = kFoot * kPoundForce;
+constexpr long double kHorsepower = 550 * kFootPound;
+constexpr long double kMmHg = 133.322387415L;
+constexpr long double kInchWater = 999.972L * kGravity * kInch;
+constexpr long double kGallon = 231 * kInch * kInch * kInch;
+constexpr long double kCubicFoot = kFoot * kFoot * kFoot;
+constexpr long double kRankine = 5.0L / 9.0L;
+constexpr long double kPi = 3.14159265358979323846L;
 
-// default value = (value + offset) * factor
+// default value = (value + offset) * factor. Extended precision, because a temperature loses digits
+// to its offset: 38.75 deg_c are 101.75 deg_f.
 struct Unit {
     const char* keyword;
     Dimension dimension;
-    double factor;
-    double offset = 0.0;
+    long double factor;
+    long double offset = 0.0L;
 };
 
 // The code of a unit is its position in this table, from 1.
@@ -63,61 +64,61 @@ constexpr Unit kVocabulary[] = {
     {"hr", kTime, 3600},
     {"h", kTime, 3600},
     {"day", kTime, 86400},
-    {"msec", kTime, 1e-3},
+    {"msec", kTime, 1e-3L},
     {"deg_k", kTemperature, 1},
-    {"deg_c", kTemperature, 1, 273.15},
-    {"deg_f", kTemperature, kRankine, 459.67},
+    {"deg_c", kTemperature, 1, 273.15L},
+    {"deg_f", kTemperature, kRankine, 459.67L},
     {"deg_r", kTemperature, kRankine},
     {"pa", kPressure, 1},
     {"hpa", kPressure, 100},
-    {"kpa", kPressure, 1e3},
-    {"mpa", kPressure, 1e6},
-    {"bar", kPressure, 1e5},
+    {"kpa", kPressure, 1e3L},
+    {"mpa", kPressure, 1e6L},
+    {"bar", kPressure, 1e5L},
     {"mbar", kPressure, 100},
     {"psi", kPressure, kPoundForce / (kInch * kInch)},
     {"atm", kPressure, 101325},
-    {"torr", kPressure, 101325.0 / 760},
+    {"torr", kPressure, 101325.0L / 760},
     {"mm_hg", kPressure, kMmHg},
-    {"in_hg", kPressure, 25.4 * kMmHg},
-    {"in_hg_32", kPressure, 25.4 * kMmHg},
-    {"in_hg_60", kPressure, 13556.8 * kGravity* kInch},
+    {"in_hg", kPressure, 25.4L * kMmHg},
+    {"in_hg_32", kPressure, 25.4L * kMmHg},
+    {"in_hg_60", kPressure, 13556.8L * kGravity* kInch},
     {"in_h2o", kPressure, kInchWater},
-    {"in_h2o_60", kPressure, 999.001 * kGravity* kInch},
+    {"in_h2o_60", kPressure, 999.001L * kGravity* kInch},
     {"mm_h2o", kPressure, kGravity},
     {"kg", kMass, 1},
-    {"g", kMass, 1e-3},
-    {"mg", kMass, 1e-6},
-    {"ug", kMass, 1e-9},
+    {"g", kMass, 1e-3L},
+    {"mg", kMass, 1e-6L},
+    {"ug", kMass, 1e-9L},
     {"lb", kMass, kPound},
     {"oz", kMass, kPound / 16},
     {"tonne", kMass, 1000},
     {"m", kLength, 1},
-    {"cm", kLength, 0.01},
-    {"mm", kLength, 1e-3},
-    {"um", kLength, 1e-6},
+    {"cm", kLength, 0.01L},
+    {"mm", kLength, 1e-3L},
+    {"um", kLength, 1e-6L},
     {"km", kLength, 1000},
     {"in", kLength, kInch},
     {"ft", kLength, kFoot},
     {"yd", kLength, 3 * kFoot},
     {"mi", kLength, 5280 * kFoot},
-    {"l", kVolume, 1e-3},
-    {"ml", kVolume, 1e-6},
-    {"cc", kVolume, 1e-6},
+    {"l", kVolume, 1e-3L},
+    {"ml", kVolume, 1e-6L},
+    {"cc", kVolume, 1e-6L},
     {"gal", kVolume, kGallon},
     {"cfm", kFlow, kCubicFoot / 60},
     {"scfm", kFlow, kCubicFoot / 60},
-    {"lpm", kFlow, 1e-3 / 60},
-    {"slpm", kFlow, 1e-3 / 60},
+    {"lpm", kFlow, 1e-3L / 60},
+    {"slpm", kFlow, 1e-3L / 60},
     {"gpm", kFlow, kGallon / 60},
     {"n", kForce, 1},
     {"lbf", kForce, kPoundForce},
     {"kgf", kForce, kGravity},
     {"j", kEnergy, 1},
-    {"kj", kEnergy, 1e3},
-    {"mj", kEnergy, 1e6},
-    {"btu", kEnergy, 1055.05585262},
-    {"kwh", kEnergy, 3.6e6},
-    {"kw_hr", kEnergy, 3.6e6},
+    {"kj", kEnergy, 1e3L},
+    {"mj", kEnergy, 1e6L},
+    {"btu", kEnergy, 1055.05585262L},
+    {"kwh", kEnergy, 3.6e6L},
+    {"kw_hr", kEnergy, 3.6e6L},
     {"hp_hr", kEnergy, kHorsepower * 3600},
     {"bhp_hr", kEnergy, kHorsepower * 3600},
     {"n_m", kEnergy, 1},
@@ -126,17 +127,17 @@ constexpr Unit kVocabulary[] = {
     {"lb_ft", kEnergy, kFootPound},
     {"in_lb", kEnergy, kInch* kPoundForce},
     {"w", kPower, 1},
-    {"kw", kPower, 1e3},
+    {"kw", kPower, 1e3L},
     {"hp", kPower, kHorsepower},
     {"bhp", kPower, kHorsepower},
     {"m/s", kSpeed, 1},
     {"mph", kSpeed, 5280 * kFoot / 3600},
     {"hz", kFrequency, 1},
-    {"rpm", kFrequency, 1.0 / 60},
+    {"rpm", kFrequency, 1.0L / 60},
     {"v", kVoltage, 1},
-    {"mv", kVoltage, 1e-3},
+    {"mv", kVoltage, 1e-3L},
     {"a", kCurrent, 1},
-    {"ma", kCurrent, 1e-3},
+    {"ma", kCurrent, 1e-3L},
     {"ohm", kResistance, 1},
     {"rad", kAngle, 1},
     {"deg", kAngle, kPi / 180},
@@ -144,12 +145,12 @@ constexpr Unit kVocabulary[] = {
     {"none", kNone, 1},
     {"ratio", kNone, 1},
     {"frac", kNone, 1},
-    {"%", kNone, 0.01},
-    {"percent", kNone, 0.01},
-    {"pct", kNone, 0.01},
-    {"ppm", kNone, 1e-6},
-    {"ppmc", kNone, 1e-6},
-    {"ppb", kNone, 1e-9},
+    {"%", kNone, 0.01L},
+    {"percent", kNone, 0.01L},
+    {"pct", kNone, 0.01L},
+    {"ppm", kNone, 1e-6L},
+    {"ppmc", kNone, 1e-6L},
+    {"ppb", kNone, 1e-9L},
     {"#", kNone, 1},
     {"count", kNone, 1},
 };
@@ -204,7 +205,7 @@ class UnitsTable {
         if (length == code_of_.end()) return false;
         factor = units_[static_cast<std::size_t>(length->second) - 1];
         if (factor.dimension != kLength) return false;
-        const double unit = factor.factor;
+        const long double unit = factor.factor;
         factor.factor = power == 2 ? unit * unit : unit * unit * unit;
         factor.dimension[3] = static_cast<signed char>(power);
         return true;
@@ -261,17 +262,18 @@ int code_of(const char* keyword) {
 }
 
 // value_out gets the result, or the value unchanged when it is not finite.
-short finish(double value, double converted, double* value_out) {
+short finish(double value, long double exact, double* value_out) {
+    const auto converted = static_cast<double>(exact);
     const bool good = std::isfinite(converted);
     *value_out = good ? converted : value;
     return good ? short{0} : short{-1};
 }
 
-double to_default(const Unit& unit, double value) {
+long double to_default(const Unit& unit, long double value) {
     // Without an offset a negative zero keeps its sign.
-    return (unit.offset == 0.0 ? value : value + unit.offset) * unit.factor;
+    return (unit.offset == 0.0L ? value : value + unit.offset) * unit.factor;
 }
-double from_default(const Unit& unit, double value) {
+long double from_default(const Unit& unit, long double value) {
     return value / unit.factor - unit.offset;
 }
 
