@@ -33,22 +33,21 @@ constexpr Dimension kCurrent{0, 0, 0, 0, 1};
 constexpr Dimension kResistance{-3, 0, 1, 2, -2};
 constexpr Dimension kAngle{0, 0, 0, 0, 0, 1};
 
-constexpr long double kInch = 0.0254L;
-constexpr long double kFoot = 0.3048L;
-constexpr long double kPound = 0.45359237L;
-constexpr long double kGravity = 9.80665L;
-constexpr long double kPoundForce = kPound * kGravity;
-constexpr long double kFootPound = kFoot * kPoundForce;
-constexpr long double kHorsepower = 550 * kFootPound;
-constexpr long double kMmHg = 133.322387415L;
-constexpr long double kInchWater = 999.972L * kGravity * kInch;
-constexpr long double kGallon = 231 * kInch * kInch * kInch;
-constexpr long double kCubicFoot = kFoot * kFoot * kFoot;
+constexpr double kInch = 0.0254;
+constexpr double kFoot = 0.3048;
+constexpr double kPound = 0.45359237;
+constexpr double kGravity = 9.80665;
+constexpr double kPoundForce = kPound * kGravity;
+constexpr double kFootPound = kFoot * kPoundForce;
+constexpr double kHorsepower = 550 * kFootPound;
+constexpr double kMmHg = 133.322387415;
+constexpr double kInchWater = 999.972 * kGravity * kInch;
+constexpr double kGallon = 231 * kInch * kInch * kInch;
+constexpr double kCubicFoot = kFoot * kFoot * kFoot;
 constexpr long double kRankine = 5.0L / 9.0L;
-constexpr long double kPi = 3.14159265358979323846L;
+constexpr double kPi = 3.14159265358979323846;
 
-// default value = (value + offset) * factor. Extended precision, because a temperature loses digits
-// to its offset: 38.75 deg_c are 101.75 deg_f.
+// default value = (value + offset) * factor
 struct Unit {
     const char* keyword;
     Dimension dimension;
@@ -64,61 +63,61 @@ constexpr Unit kVocabulary[] = {
     {"hr", kTime, 3600},
     {"h", kTime, 3600},
     {"day", kTime, 86400},
-    {"msec", kTime, 1e-3L},
+    {"msec", kTime, 1e-3},
     {"deg_k", kTemperature, 1},
     {"deg_c", kTemperature, 1, 273.15L},
     {"deg_f", kTemperature, kRankine, 459.67L},
     {"deg_r", kTemperature, kRankine},
     {"pa", kPressure, 1},
     {"hpa", kPressure, 100},
-    {"kpa", kPressure, 1e3L},
-    {"mpa", kPressure, 1e6L},
-    {"bar", kPressure, 1e5L},
+    {"kpa", kPressure, 1e3},
+    {"mpa", kPressure, 1e6},
+    {"bar", kPressure, 1e5},
     {"mbar", kPressure, 100},
     {"psi", kPressure, kPoundForce / (kInch * kInch)},
     {"atm", kPressure, 101325},
-    {"torr", kPressure, 101325.0L / 760},
+    {"torr", kPressure, 101325.0 / 760},
     {"mm_hg", kPressure, kMmHg},
-    {"in_hg", kPressure, 25.4L * kMmHg},
-    {"in_hg_32", kPressure, 25.4L * kMmHg},
-    {"in_hg_60", kPressure, 13556.8L * kGravity* kInch},
+    {"in_hg", kPressure, 25.4 * kMmHg},
+    {"in_hg_32", kPressure, 25.4 * kMmHg},
+    {"in_hg_60", kPressure, 13556.8 * kGravity* kInch},
     {"in_h2o", kPressure, kInchWater},
-    {"in_h2o_60", kPressure, 999.001L * kGravity* kInch},
+    {"in_h2o_60", kPressure, 999.001 * kGravity* kInch},
     {"mm_h2o", kPressure, kGravity},
     {"kg", kMass, 1},
-    {"g", kMass, 1e-3L},
-    {"mg", kMass, 1e-6L},
-    {"ug", kMass, 1e-9L},
+    {"g", kMass, 1e-3},
+    {"mg", kMass, 1e-6},
+    {"ug", kMass, 1e-9},
     {"lb", kMass, kPound},
     {"oz", kMass, kPound / 16},
     {"tonne", kMass, 1000},
     {"m", kLength, 1},
-    {"cm", kLength, 0.01L},
-    {"mm", kLength, 1e-3L},
-    {"um", kLength, 1e-6L},
+    {"cm", kLength, 0.01},
+    {"mm", kLength, 1e-3},
+    {"um", kLength, 1e-6},
     {"km", kLength, 1000},
     {"in", kLength, kInch},
     {"ft", kLength, kFoot},
     {"yd", kLength, 3 * kFoot},
     {"mi", kLength, 5280 * kFoot},
-    {"l", kVolume, 1e-3L},
-    {"ml", kVolume, 1e-6L},
-    {"cc", kVolume, 1e-6L},
+    {"l", kVolume, 1e-3},
+    {"ml", kVolume, 1e-6},
+    {"cc", kVolume, 1e-6},
     {"gal", kVolume, kGallon},
     {"cfm", kFlow, kCubicFoot / 60},
     {"scfm", kFlow, kCubicFoot / 60},
-    {"lpm", kFlow, 1e-3L / 60},
-    {"slpm", kFlow, 1e-3L / 60},
+    {"lpm", kFlow, 1e-3 / 60},
+    {"slpm", kFlow, 1e-3 / 60},
     {"gpm", kFlow, kGallon / 60},
     {"n", kForce, 1},
     {"lbf", kForce, kPoundForce},
     {"kgf", kForce, kGravity},
     {"j", kEnergy, 1},
-    {"kj", kEnergy, 1e3L},
-    {"mj", kEnergy, 1e6L},
-    {"btu", kEnergy, 1055.05585262L},
-    {"kwh", kEnergy, 3.6e6L},
-    {"kw_hr", kEnergy, 3.6e6L},
+    {"kj", kEnergy, 1e3},
+    {"mj", kEnergy, 1e6},
+    {"btu", kEnergy, 1055.05585262},
+    {"kwh", kEnergy, 3.6e6},
+    {"kw_hr", kEnergy, 3.6e6},
     {"hp_hr", kEnergy, kHorsepower * 3600},
     {"bhp_hr", kEnergy, kHorsepower * 3600},
     {"n_m", kEnergy, 1},
@@ -127,17 +126,17 @@ constexpr Unit kVocabulary[] = {
     {"lb_ft", kEnergy, kFootPound},
     {"in_lb", kEnergy, kInch* kPoundForce},
     {"w", kPower, 1},
-    {"kw", kPower, 1e3L},
+    {"kw", kPower, 1e3},
     {"hp", kPower, kHorsepower},
     {"bhp", kPower, kHorsepower},
     {"m/s", kSpeed, 1},
     {"mph", kSpeed, 5280 * kFoot / 3600},
     {"hz", kFrequency, 1},
-    {"rpm", kFrequency, 1.0L / 60},
+    {"rpm", kFrequency, 1.0 / 60},
     {"v", kVoltage, 1},
-    {"mv", kVoltage, 1e-3L},
+    {"mv", kVoltage, 1e-3},
     {"a", kCurrent, 1},
-    {"ma", kCurrent, 1e-3L},
+    {"ma", kCurrent, 1e-3},
     {"ohm", kResistance, 1},
     {"rad", kAngle, 1},
     {"deg", kAngle, kPi / 180},
@@ -145,12 +144,12 @@ constexpr Unit kVocabulary[] = {
     {"none", kNone, 1},
     {"ratio", kNone, 1},
     {"frac", kNone, 1},
-    {"%", kNone, 0.01L},
-    {"percent", kNone, 0.01L},
-    {"pct", kNone, 0.01L},
-    {"ppm", kNone, 1e-6L},
-    {"ppmc", kNone, 1e-6L},
-    {"ppb", kNone, 1e-9L},
+    {"%", kNone, 0.01},
+    {"percent", kNone, 0.01},
+    {"pct", kNone, 0.01},
+    {"ppm", kNone, 1e-6},
+    {"ppmc", kNone, 1e-6},
+    {"ppb", kNone, 1e-9},
     {"#", kNone, 1},
     {"count", kNone, 1},
 };
@@ -205,7 +204,7 @@ class UnitsTable {
         if (length == code_of_.end()) return false;
         factor = units_[static_cast<std::size_t>(length->second) - 1];
         if (factor.dimension != kLength) return false;
-        const long double unit = factor.factor;
+        const auto unit = static_cast<double>(factor.factor);
         factor.factor = power == 2 ? unit * unit : unit * unit * unit;
         factor.dimension[3] = static_cast<signed char>(power);
         return true;
@@ -218,8 +217,9 @@ class UnitsTable {
             const std::size_t end = std::min(name.find_first_of("/*", start), name.size());
             Unit factor{};
             if (!parse_factor(name.substr(start, end - start), factor)) return false;
-            compound.factor =
-                sign > 0 ? compound.factor * factor.factor : compound.factor / factor.factor;
+            const auto left = static_cast<double>(compound.factor);
+            const auto right = static_cast<double>(factor.factor);
+            compound.factor = sign > 0 ? left * right : left / right;
             for (std::size_t i = 0; i < compound.dimension.size(); ++i) {
                 const int exponent = compound.dimension[i] + sign * factor.dimension[i];
                 compound.dimension[i] = static_cast<signed char>(exponent);
@@ -262,20 +262,31 @@ int code_of(const char* keyword) {
 }
 
 // value_out gets the result, or the value unchanged when it is not finite.
-short finish(double value, long double exact, double* value_out) {
-    const auto converted = static_cast<double>(exact);
+short finish(double value, double converted, double* value_out) {
     const bool good = std::isfinite(converted);
     *value_out = good ? converted : value;
     return good ? short{0} : short{-1};
 }
 
-long double to_default(const Unit& unit, long double value) {
+template <class Real>
+Real to_default(const Unit& unit, Real value) {
     // Without an offset a negative zero keeps its sign.
-    return (unit.offset == 0.0L ? value : value + unit.offset) * unit.factor;
+    const Real sum = unit.offset == 0.0L ? value : value + static_cast<Real>(unit.offset);
+    return sum * static_cast<Real>(unit.factor);
 }
-long double from_default(const Unit& unit, long double value) {
-    return value / unit.factor - unit.offset;
+template <class Real>
+Real from_default(const Unit& unit, Real value) {
+    return value / static_cast<Real>(unit.factor) - static_cast<Real>(unit.offset);
 }
+
+// A temperature loses digits to an offset, so it is converted in extended precision: 38.75 deg_c
+// are 101.75 deg_f, which double precision misses.
+double convert(const Unit& in, const Unit& out, double value) {
+    if (in.offset == 0.0L && out.offset == 0.0L) return from_default(out, to_default(in, value));
+    return static_cast<double>(from_default<long double>(out, to_default<long double>(in, value)));
+}
+
+constexpr Unit kDefault{"", kNone, 1};
 
 }  // namespace
 
@@ -292,14 +303,14 @@ short units_dbl_keyword_convrt(double value, const char* units_in, double* value
         return -1;
     }
     if (in->factor == out->factor && in->offset == out->offset) return 0;
-    return finish(value, from_default(*out, to_default(*in, value)), value_out);
+    return finish(value, convert(*in, *out, value), value_out);
 }
 
 short units_dbl_to_def(double value, const char* units, double* value_out) {
     *value_out = value;
     const Unit* unit = units_table().by_code(code_of(units));
     if (unit == nullptr) return -1;
-    return finish(value, to_default(*unit, value), value_out);
+    return finish(value, convert(*unit, kDefault, value), value_out);
 }
 
 short units_keyword_to_code(const char* units, int* code) {
@@ -311,5 +322,5 @@ short units_put_def_to_dbl(double value, int code, double* value_out) {
     *value_out = value;
     const Unit* unit = units_table().by_code(code);
     if (unit == nullptr) return -1;
-    return finish(value, from_default(*unit, value), value_out);
+    return finish(value, convert(kDefault, *unit, value), value_out);
 }
