@@ -79,7 +79,7 @@ class SpecificationReader {
     void read_version(const Line& token) {
         const char* end = nullptr;
         leading_number(token[0], &end);
-        if (end == token[0] || *end != '\0') return report("Version is no number", token[0]);
+        if (end == token[0]) return report("Version is no number", token[0]);
         Version_cvsci = leading_short(token[0]);
     }
 

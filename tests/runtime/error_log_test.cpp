@@ -1,10 +1,6 @@
 #include "runtime/error_log.h"
 
-#include <fcntl.h>
-#include <sys/wait.h>
-
 #include <ctime>
-#include <set>
 
 #include "tests/runtime/temporary_file.h"
 
@@ -39,21 +35,4 @@ TEST(ErrorLog, KeepsEveryEntryOnItsOwnLines) {
     log_error("init", 7, REPORT_INFO, CODE_INFO, "text");
     EXPECT_TRUE(testing::internal::GetCapturedStderr().ends_with(" init:7 mode=257 code=0 text\n"));
     unsetenv("TAVRIN_ERROR_LOG");
-}
-
-TEST(ErrorLog, TasksThatShareALogDoNotMixTheirEntries) {
-    const tests::TEST_LOG log;
-    const auto text = [](int i) { return std::to_string(i) + std::string(i % 97 * 9UL, 'x'); };
-    std::set<std::string> expected, entries;
-    for (int i = 0; i < 4000; ++i) {
-        expected.insert("task mode=1 code=0 " + text(i) + "\tsecond");
-        if (i % 500 != 0 || fork() != 0) continue;
-        dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
-        for (int j = i; j < i + 500; ++j) log_error("task", j, 1, 0, "%s\nsecond", text(j).c_str());
-        _exit(0);
-    }
-    while (wait(nullptr) > 0) continue;
-    const auto lines = tests::split(log.text(), '\n');
-    for (std::size_t i = 0; i + 1 < lines.size(); i += 2) entries.insert(lines[i] + lines[i + 1]);
-    EXPECT_TRUE(lines.size() == 8001 && entries == expected);
 }

@@ -71,8 +71,10 @@ TEST(CiSpecs, FillsTheRecordFromEverySection) {
 }
 
 TEST(CiSpecs, VersionThatIsNoNumberIsReported) {
-    EXPECT_EQ(read_specification("@VERSION\nV7\n7,0\n"), "2 3 ");
+    EXPECT_EQ(read_specification("@VERSION\nV7\n"), "2 ");
     EXPECT_EQ(Version_cvsci, 0);
+    EXPECT_EQ(read_specification("@VERSION\n7[-]\n"), "");
+    EXPECT_EQ(Version_cvsci, 7);
 }
 
 TEST(CiSpecs, LogsAndIgnoresWhatItDoesNotKnow) {
