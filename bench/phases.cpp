@@ -19,7 +19,7 @@
 #include "runtime/cell_config.h"
 #include "runtime/ci_specs.h"
 #include "runtime/logger_data.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

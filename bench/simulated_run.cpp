@@ -9,7 +9,7 @@
 #include "quon5/init.h"
 #include "quon5/process_records.h"
 #include "quon5/timing/logged_channels.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include <cstring>
 
-#include "inc/command_line.h"
-#include "inc/numbers.h"
-#include "inc/open_file.h"
+#include "base/arguments.h"
+#include "base/numbers.h"
+#include "base/open_file.h"
 #include "quon5/output_files.h"
 #include "quon5/process_records.h"
 #include "runtime/arguments.h"
@@ -12,7 +12,7 @@
 #include "runtime/index_map.h"
 #include "runtime/paths.h"
 #include "runtime/process_control.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "runtime/text_file.h"
 
 namespace {

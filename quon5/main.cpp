@@ -4,9 +4,9 @@
 #include <csignal>
 #include <exception>
 
-#include "inc/numbers.h"
-#include "inc/open_file.h"
-#include "inc/program_help.h"
+#include "base/numbers.h"
+#include "base/open_file.h"
+#include "base/program_help.h"
 #include "quon5/process_records.h"
 #include "quon5/quon5.h"
 #include "runtime/error_log.h"

@@ -2,7 +2,7 @@
 
 #include <cerrno>
 
-#include "inc/open_file.h"
+#include "base/open_file.h"
 #include "quon5/process_records.h"
 #include "runtime/error_log.h"
 #include "runtime/keyword_memory.h"

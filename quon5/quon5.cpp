@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "inc/numbers.h"
+#include "base/numbers.h"
 #include "quon5/composite/quon_end.h"
 #include "quon5/data_section/tran_em_data.h"
 #include "quon5/init.h"
@@ -20,7 +20,7 @@
 #include "runtime/error_log.h"
 #include "runtime/logger_data.h"
 #include "runtime/process_control.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "runtime/text_file.h"
 
 namespace {

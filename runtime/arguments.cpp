@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "inc/command_line.h"
-#include "runtime/strings.h"
+#include "base/arguments.h"
+#include "runtime/string_operations.h"
 
 short arg_proc(int argc, char** argv, short* arg_with_error, ARG_PROC_CONTROL /*control*/,
                short count, short name_width, short value_width, const char* names,

@@ -3,12 +3,12 @@
 #include <cerrno>
 #include <cstring>
 
-#include "inc/numbers.h"
-#include "inc/open_file.h"
+#include "base/numbers.h"
+#include "base/open_file.h"
 #include "runtime/error_log.h"
 #include "runtime/index_map.h"
 #include "runtime/shared_variables.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "runtime/text_file.h"
 
 namespace {

@@ -6,11 +6,11 @@
 #include <map>
 #include <string>
 
-#include "inc/numbers.h"
-#include "inc/open_file.h"
+#include "base/numbers.h"
+#include "base/open_file.h"
 #include "runtime/error_log.h"
 #include "runtime/shared_variables.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "runtime/text_file.h"
 #include "runtime/units.h"
 

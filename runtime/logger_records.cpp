@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "runtime/number_reading.h"
+#include "base/number_reading.h"
 
 #ifdef __SSE2__
 #include <emmintrin.h>

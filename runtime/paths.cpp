@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "inc/open_file.h"
+#include "base/open_file.h"
 #include "runtime/error_log.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

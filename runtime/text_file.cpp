@@ -5,7 +5,7 @@
 
 #include "runtime/error_log.h"
 #include "runtime/shared_variables.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "inc/numbers.h"
+#include "base/numbers.h"
 
 namespace {
 

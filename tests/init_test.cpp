@@ -1,7 +1,7 @@
 // Start-up with index maps that do not take its names.
 #include "quon5/init.h"
 
-#include "inc/command_line.h"
+#include "base/arguments.h"
 #include "runtime/index_map.h"
 #include "tests/runtime/temporary_file.h"
 

@@ -4,7 +4,7 @@
 
 #include "quon5/process_records.h"
 #include "runtime/error_log.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 void get_chan_grp_deskew(DESKEW_TIME* deskew, const CI_CHANNEL* ci) {
     constexpr char kModule[] = "get_chan_grp_deskew";

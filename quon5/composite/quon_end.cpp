@@ -5,8 +5,8 @@
 #include <initializer_list>
 #include <vector>
 
-#include "inc/numbers.h"
-#include "inc/open_file.h"
+#include "base/numbers.h"
+#include "base/open_file.h"
 #include "quon5/composite/composite_rows.h"
 #include "quon5/composite/get_chan_grp_deskew.h"
 #include "quon5/output_files.h"
@@ -18,7 +18,7 @@
 #include "runtime/index_map.h"
 #include "runtime/logger_data.h"
 #include "runtime/paths.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include <cstdio>
 
-#include "inc/numbers.h"
+#include "base/numbers.h"
 #include "quon5/process_records.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <cstring>
 #include <limits>
 
-#include "inc/numbers.h"
+#include "base/numbers.h"
 #include "runtime/error_log.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "runtime/units.h"
 
 namespace {

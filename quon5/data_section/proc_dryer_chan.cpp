@@ -5,7 +5,7 @@
 #include "quon5/data_section/tran_em_data.h"
 #include "quon5/process_records.h"
 #include "quon5/spec_channels.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 void proc_dryer_chan(short /*what_dryer*/, short species, short measrd_chan, short dryer_map) {
     constexpr char kModule[] = "proc_dryer_chan";

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <initializer_list>
 
-#include "inc/numbers.h"
-#include "inc/open_file.h"
+#include "base/numbers.h"
+#include "base/open_file.h"
 #include "quon5/data_section/get_bkgnd.h"
 #include "quon5/data_section/integ_aver.h"
 #include "quon5/data_section/proc_dryer_chan.h"
@@ -16,7 +16,7 @@
 #include "quon5/timing/logged_channels.h"
 #include "runtime/error_log.h"
 #include "runtime/index_map.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "runtime/text_file.h"
 #include "runtime/units.h"
 

@@ -9,7 +9,7 @@
 #include "quon5/process_records.h"
 #include "runtime/error_log.h"
 #include "runtime/paths.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "runtime/tokens.h"
 
 namespace {

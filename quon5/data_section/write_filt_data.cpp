@@ -4,15 +4,15 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/numbers.h"
+#include "base/open_file.h"
 #include "filterdata/filt_data10c.h"
-#include "inc/numbers.h"
-#include "inc/open_file.h"
 #include "quon5/data_section/integ_aver.h"
 #include "quon5/output_files.h"
 #include "quon5/process_records.h"
 #include "quon5/timing/logged_channels.h"
 #include "runtime/error_log.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <initializer_list>
 
-#include "inc/numbers.h"
+#include "base/numbers.h"
 #include "runtime/error_log.h"
 #include "runtime/index_map.h"
 

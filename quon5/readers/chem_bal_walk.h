@@ -6,7 +6,7 @@
 #include "quon5/quon5_10c.h"
 #include "quon5/readers/section.h"
 #include "runtime/index_map.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 using OptionTokens = TOKENS<3>;  // option name; or species, PAM keyword or value, units
 

@@ -4,7 +4,7 @@
 
 #include "quon5/process_records.h"
 #include "quon5/spec_channels.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "inc/numbers.h"
-#include "runtime/strings.h"
+#include "base/numbers.h"
+#include "runtime/string_operations.h"
 #include "runtime/tokens.h"
 
 short valid_keywd_extension(const char* token) {

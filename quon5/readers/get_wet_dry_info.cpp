@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "quon5/process_records.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "quon5/process_records.h"
 #include "runtime/error_log.h"
 #include "runtime/index_map.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

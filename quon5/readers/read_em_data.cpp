@@ -5,9 +5,9 @@
 #include <cstring>
 #include <initializer_list>
 
-#include "inc/numbers.h"
-#include "inc/open_file.h"
-#include "inc/zero_record.h"
+#include "base/numbers.h"
+#include "base/open_file.h"
+#include "base/zero_record.h"
 #include "quon5/process_records.h"
 #include "quon5/readers/proc_chem_bal.h"
 #include "quon5/readers/proc_choices.h"
@@ -18,7 +18,7 @@
 #include "quon5/readers/set_measrd_species.h"
 #include "runtime/error_log.h"
 #include "runtime/index_map.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

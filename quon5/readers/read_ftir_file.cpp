@@ -2,9 +2,9 @@
 
 #include <cstring>
 
-#include "inc/numbers.h"
-#include "inc/open_file.h"
-#include "inc/zero_record.h"
+#include "base/numbers.h"
+#include "base/open_file.h"
+#include "base/zero_record.h"
 #include "quon5/process_records.h"
 #include "quon5/readers/chk_kw_n_specs.h"
 #include "quon5/readers/ftir_keywords.h"
@@ -12,7 +12,7 @@
 #include "quon5/readers/section.h"
 #include "runtime/error_log.h"
 #include "runtime/index_map.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

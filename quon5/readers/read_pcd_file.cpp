@@ -2,13 +2,13 @@
 
 #include <cstring>
 
-#include "inc/numbers.h"
-#include "inc/open_file.h"
+#include "base/numbers.h"
+#include "base/open_file.h"
 #include "quon5/process_records.h"
 #include "quon5/readers/section.h"
 #include "runtime/error_log.h"
 #include "runtime/index_map.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

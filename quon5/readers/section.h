@@ -3,7 +3,7 @@
 #define QUON5_READERS_SECTION_H
 
 #include "runtime/shared_variables.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "runtime/text_file.h"
 #include "runtime/tokens.h"
 

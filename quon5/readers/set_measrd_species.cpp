@@ -6,7 +6,7 @@
 #include "quon5/readers/section.h"
 #include "runtime/error_log.h"
 #include "runtime/index_map.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

@@ -4,15 +4,15 @@
 #include <cstring>
 #include <limits>
 
-#include "inc/numbers.h"
-#include "inc/open_file.h"
+#include "base/numbers.h"
+#include "base/open_file.h"
 #include "quon5/process_records.h"
 #include "quon5/spec_channels.h"
 #include "quon5/timing/logged_channels.h"
 #include "runtime/error_log.h"
 #include "runtime/logger_data.h"
 #include "runtime/paths.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "runtime/text_file.h"
 #include "runtime/units.h"
 

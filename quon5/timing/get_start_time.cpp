@@ -6,7 +6,7 @@
 #include "quon5/process_records.h"
 #include "quon5/timing/logged_channels.h"
 #include "runtime/error_log.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "runtime/text_file.h"
 
 namespace {

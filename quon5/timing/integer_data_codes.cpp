@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "inc/numbers.h"
+#include "base/numbers.h"
 #include "quon5/process_records.h"
 #include "quon5/timing/data_defn.h"
 

@@ -5,7 +5,7 @@
 
 #include "quon5/process_records.h"
 #include "runtime/logger_data.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "quon5/emission_config/proc_stat_chans.h"
 #include "quon5/timing/logged_channels.h"
 #include "runtime/logger_data.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "tests/readers/reader_test.h"
 
 namespace {

@@ -13,7 +13,7 @@ import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-FOLDERS = ("quon5", "runtime", "inc")
+FOLDERS = ("quon5", "runtime", "base", "inc")
 STRING = r'"(?:[^"\\]|\\.)*"'
 LITERAL = re.compile(rf"{STRING}(?:\s*{STRING})*")
 CONVERSION = re.compile(r"%[-+ #0]*\d*(?:\.\d+)?(?:hh|h|ll|l|z)?[diouxXeEfgGcs]")

@@ -7,7 +7,7 @@
 
 #include "quon5/readers/chk_kw_n_specs.h"
 #include "quon5/readers/ftir_keywords.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "tests/readers/reader_test.h"
 
 namespace {

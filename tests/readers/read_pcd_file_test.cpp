@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "runtime/index_map.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "tests/readers/reader_test.h"
 
 namespace {

@@ -14,7 +14,7 @@
 #include "quon5/readers/read_em_data.h"
 #include "quon5/readers/read_ftir_file.h"
 #include "runtime/index_map.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "tests/runtime/temporary_file.h"
 
 namespace reader_test {

@@ -7,7 +7,7 @@
 #include <random>
 #include <utility>
 
-#include "inc/open_file.h"
+#include "base/open_file.h"
 #include "tests/runtime/temporary_file.h"
 
 using tests::cells;

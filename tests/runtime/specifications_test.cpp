@@ -3,7 +3,7 @@
 #include "runtime/ci_specs.h"
 #include "runtime/index_map.h"
 #include "runtime/shared_variables.h"
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "tests/runtime/temporary_file.h"
 
 using tests::cells;

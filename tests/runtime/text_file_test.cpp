@@ -3,7 +3,7 @@
 #include <memory>
 #include <utility>
 
-#include "inc/open_file.h"
+#include "base/open_file.h"
 #include "runtime/shared_variables.h"
 #include "tests/runtime/temporary_file.h"
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <memory>
 
-#include "runtime/strings.h"
+#include "runtime/string_operations.h"
 #include "tests/runtime/temporary_file.h"
 
 namespace {

@@ -1,0 +1,68 @@
+// Reading the values of a logger data file: decimal text to the nearest double.
+//
+// Why the fast way is exact: the text of a plain decimal is an integer, its digits without the
+// point, over a power of ten. An integer up to 2^53 and a power of ten up to 10^22 are doubles
+// themselves, and one division of two doubles is correctly rounded, so the quotient is the double
+// nearest to the decimal number, ties to even: what strtod gives. Every other number goes through
+// std::from_chars, which is correctly rounded as well.
+#ifndef QUON5_BASE_NUMBER_READING_H
+#define QUON5_BASE_NUMBER_READING_H
+
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+// How far in front of the end of a field read_short_decimal may look.
+inline constexpr int READ_BEFORE = 8;
+
+// Reads the field [first, end) when it is a decimal number of one to eight digits and point, with
+// an optional minus sign in front; that is how nearly all logged values look. False, with `value`
+// untouched, when it is anything else. READ_BEFORE characters before `end` must be readable.
+//
+// All characters are treated at once, one in each byte of a word, without a branch that depends on
+// the length or on the place of the point.
+inline bool read_short_decimal(const char* first, const char* end, double& value) {
+    static_assert(std::endian::native == std::endian::little, "the first digit is the lowest byte");
+    constexpr std::uint64_t kEveryByte = 0x0101010101010101;
+    const std::uint64_t negative = *first == '-' ? 1 : 0;
+    const auto length = static_cast<std::uint64_t>(end - first) - negative;
+    if (length - 1 >= 8) return false;
+    std::uint64_t word = 0;
+    std::memcpy(&word, end - 8, 8);
+    // The number's characters, less '0', in the upper bytes; those before it become leading zeros.
+    word = (word ^ kEveryByte * '0') & ~std::uint64_t{0} << (64 - 8 * length);
+
+    // The highest bit of every byte that is no digit. One may be, when it is the point.
+    const std::uint64_t others = ((word + kEveryByte * (0x80 - 10)) | word) & kEveryByte * 0x80;
+    const std::uint64_t point = others >> 7;  // the lowest bit of its byte
+    const std::uint64_t has_point = others != 0 ? 1 : 0;
+    const std::uint64_t odd = (others & (others - 1)) |
+                              ((word ^ point * ('.' ^ '0')) & point * 0xff) |
+                              (length == has_point ? 1 : 0);
+    if (odd != 0) return false;
+
+    // The digits before the point move up into its place.
+    const std::uint64_t before = word & (point - 1);
+    const std::uint64_t behind = word & (std::uint64_t{0} - (others << 1));
+    const int decimals = std::countl_zero(others | (has_point ^ 1) << 63) >> 3;
+    word = behind | before << (8 * has_point);
+
+    // Eight digits to pairs, pairs to fours, fours to the number.
+    constexpr std::uint64_t kEvenPairs = 0x000000ff000000ff;
+    word = word * 10 + (word >> 8);
+    word = ((word & kEvenPairs) * (100 + (std::uint64_t{1000000} << 32)) +
+            (word >> 16 & kEvenPairs) * (1 + (std::uint64_t{10000} << 32))) >>
+           32;
+    // A quotient has the sign of its divisor: -0.0 comes out as well.
+    static constexpr double kDivisors[2][8] = {{1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7},
+                                               {-1e0, -1e1, -1e2, -1e3, -1e4, -1e5, -1e6, -1e7}};
+    value = static_cast<double>(static_cast<std::int64_t>(word)) / kDivisors[negative][decimals];
+    return true;
+}
+
+// Reads the field: a decimal number with optional sign and exponent, or nan or inf in any case,
+// spaces around it allowed. False when it is anything else; `value` is then NaN.
+bool read_logged_value(std::string_view field, double& value);
+
+#endif

@@ -1,0 +1,29 @@
+// Bounded copies and small operations on zero-terminated texts.
+#ifndef QUON5_RUNTIME_STRING_OPERATIONS_H
+#define QUON5_RUNTIME_STRING_OPERATIONS_H
+
+#include <cstddef>
+
+extern "C" {
+
+// Copies `src` into `dest`, at most `size` bytes with the terminating zero; a longer text is cut.
+// `module` and `line` name the caller.
+void copyn(const char* module, int line, char* dest, const char* src, std::size_t size);
+
+// Each removes blanks (not tabs) from one end of `text`, in place: string_trim from its end,
+// string_strip from its beginning.
+void string_trim(char* text);
+void string_strip(char* text);
+
+// Turns the ASCII letters of `text` to upper case in place and returns it.
+char* strupr(char* text);
+
+}  // extern "C"
+
+// The copy into a fixed-width field: the size is the field's own width.
+template <std::size_t N>
+void copyn(const char* module, char (&dest)[N], const char* src, int line = __builtin_LINE()) {
+    copyn(module, line, dest, src, N);
+}
+
+#endif

@@ -1,0 +1,89 @@
+// Runs the fuzz targets without a fuzzer, on the inputs of the corpus.
+//
+//   fuzz_replay TARGET FILE|DIRECTORY ...   runs the target on each file
+//   fuzz_replay --dictionary                prints the vocabulary of the inputs as a dictionary
+//   fuzz_replay --targets                   prints the targets (list_targets)
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string>
+
+#include "base/arguments.h"
+#include "inc/spec_keycodes.h"
+#include "quon5/FTIR.h"
+#include "quon5/vocabulary.h"
+#include "tests/fuzz/targets.h"
+
+namespace {
+
+void print_word(const char* word) {
+    if (word[0] != '\0') printf("\"%s\"\n", word);
+}
+
+template <class Text, std::size_t N>
+void print_words(const Text (&words)[N], std::size_t step = 1) {
+    for (std::size_t i = 0; i < N; i += step) print_word(words[i]);
+}
+
+void print_dictionary() {
+    print_words(Keywords);
+    print_words(Em_species_keywds);
+    print_words(Em_wet_dry_keywds);
+    print_words(Chem_bal_options);
+    print_words(Chem_bal_species);
+    print_words(Map_key_names, 8);
+    print_words(Cycle_key_names, 8);
+    print_words(FTIR_chans, 37);  // some of each point, basis and instance
+    for (const KEYWORD_ARGUMENT& argument : Keyword_arguments) {
+        print_word((std::string(argument.name) + '=').c_str());
+    }
+    // Keywords of the runtime's files, and what stands around and between values.
+    std::istringstream others(R"(@SPECIES_TAG_TO_KEYWORD_MAPPING @PM_LEAK_TEST_VALIDATION
+        @BACKGND_CORRECTION_OPTIONS @CW_H2O_INPUT_OPTIONS @FLUID_STREAM_BOUNDS @FLUID_STREAM
+        @FUEL_CONSUMED_LBL @OPTICAL_PATH_CELESCO_METER @KEYWORDS @VARIABLES cell_name
+        @QUON5_CYCLE_TIME @QUON5_TIME_OF_TEST @TR_EM_FILTER_ID_LBL @TR_EM_CYCLE_NAME
+        @LOGGED_CHANNELS @LOGGED_RECORDS @VERSION @AI_CHANNELS @DATA_CHANNELS @ECM_CHANNELS
+        @STATISTICAL_CHANNELS @CHANNEL_GROUP @SUBSYSTEM @MAP @CYCLE @ACTIVITY @ECM @ECM_OVERRIDES
+        PMF_ID PMS_ID PMS_CONF PMS_SAMPLE_LOC MAP CYCLE ACTIVITY channel parameter both -999999
+        2026-03-05T14:07:31 nan inf -1e309 9223372036854775808 [in_h2o] ft3/min kg*m/s @99 @LF
+        \x0d\x0a \x0a@ %%%\x20)");
+    for (std::string word; others >> word;) print_word(word.c_str());
+}
+
+void replay(const FuzzTarget& target, const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    const std::string input{std::istreambuf_iterator<char>(stream), {}};
+    printf("%s\n", file.c_str());  // the last one named is the one that failed
+    fflush(stdout);
+    execute(target, input);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc > 1 && std::strcmp(argv[1], "--dictionary") == 0) return print_dictionary(), 0;
+    if (argc > 1 && std::strcmp(argv[1], "--targets") == 0) return list_targets(), 0;
+    const FuzzTarget* target = argc > 2 ? find_target(argv[1]) : nullptr;
+    if (target == nullptr) {
+        puts("usage: fuzz_replay TARGET FILE|DIRECTORY ... | --dictionary | --targets");
+        return 2;
+    }
+    prepare(*target);
+    int count = 0;
+    for (int i = 2; i < argc; ++i) {
+        if (!std::filesystem::is_directory(argv[i])) {
+            replay(*target, argv[i]);
+            ++count;
+            continue;
+        }
+        for (const auto& file : std::filesystem::directory_iterator(argv[i])) {
+            replay(*target, file.path());
+            ++count;
+        }
+    }
+    printf("%d inputs\n", count);
+    return count > 0 ? 0 : 1;
+}
