@@ -23,21 +23,21 @@ inline bool group_takes(short group, short species) {
 // that is neither a species of the group nor an option name, and the status of its reading (0 when
 // no line was read, -1 at the end of the file).
 template <class Accept>
-short walk_chem_balance(const char* module, FILE* file, TextLine& line,
-                        OPTIONS (&options)[NUM_CHEM_BAL_OPTIONS], Accept accept) {
+short walk_chem_balance(FILE* file, TextLine& line, OPTIONS (&options)[NUM_CHEM_BAL_OPTIONS],
+                        Accept accept) {
     short status = 0;
     short group = string_to_indexN(OptionTokens(line)[0], CHEM_BAL_OPTIONS_MAP);
     while (group >= 0 && group < NUM_CHEM_BAL_OPTIONS) {
         OPTIONS& option = options[group];
-        copyn(module, option.option_keyword, OptionTokens(line)[0]);
+        copyn(option.option_keyword, OptionTokens(line)[0]);
         while ((status = get_next_line(file, line)) > 0 && line[0] != '@') {
             const OptionTokens token(line);
             const short species = string_to_indexN(token[0], CHEM_BAL_SPECIES_MAP);
             if (species < 0) break;
             if (!group_takes(group, species) || !accept(group, species, token)) continue;
-            copyn(module, option.species[species], token[0]);
-            copyn(module, option.pam_keywrd_n_value[species], token[1]);
-            if (token.count() == 3) copyn(module, option.units[species], token[2]);
+            copyn(option.species[species], token[0]);
+            copyn(option.pam_keywrd_n_value[species], token[1]);
+            if (token.count() == 3) copyn(option.units[species], token[2]);
         }
         if (status <= 0 || line[0] == '@') break;
         group = string_to_indexN(OptionTokens(line)[0], CHEM_BAL_OPTIONS_MAP);

@@ -11,7 +11,7 @@ namespace {
 bool contains(SpecChannels channels, const char* keyword) {
     for (const CI_CHANNEL& channel : channels) {
         char upper[80];
-        copyn("chk_kw_n_specs", upper, channel.pam_keyword);
+        copyn(upper, channel.pam_keyword);
         if (std::strcmp(strupr(upper), keyword) == 0) return true;
     }
     return false;

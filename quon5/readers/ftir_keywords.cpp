@@ -19,7 +19,7 @@ short valid_keywd_extension(const char* token) {
 
 const char* trim_keyword(const char* token) {
     static char name[80];
-    copyn("read_ftir_file", name, token);
+    copyn(name, token);
     char* const at = std::strchr(name[0] == '@' ? name + 1 : name, '@');
     if (at != nullptr) *at = '\0';
     return name;

@@ -18,6 +18,6 @@ WET_DRY_MEA basis_of(const char* pam_keyword) {
 void get_wet_dry_info(EM_CHAN_INFO* em_cart_info) {
     for (int i = 0; i < NUM_EMIS_SPECIES; ++i) {
         em_cart_info[i].wet_dry = basis_of(Em_species_map[i]);
-        copyn("get_wet_dry_info", em_cart_info[i].pam_keyword, Em_species_map[i]);
+        copyn(em_cart_info[i].pam_keyword, Em_species_map[i]);
     }
 }

@@ -9,22 +9,15 @@
 
 namespace {
 
-constexpr char kModule[] = "proc_ftir_chem_bal";
 constexpr short kDilutionCo2 = 0;  // row of Chem_bal_species
 
 bool is_extended_ftir_channel(const char* keyword, const char* filename) {
     if (string_to_indexN(trim_keyword(keyword), FTIR_CHANS_MAP) < 0) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                  "Entry ignored-FTIR_CHEM_BALANCE - option species keywd = <%s> in file <%s> at "
-                  "line=%d is invalid",
-                  keyword, filename, Spec_file_line_count);
+        LOG(UNKNOWN_FTIR_OPTION_CHANNEL, keyword, filename, Spec_file_line_count);
         return false;
     }
     if (std::strchr(keyword, '@') == nullptr || valid_keywd_extension(keyword) != 1) {
-        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                  "Entry ignored - FTIR_CHEM_BALANCE - An invalid PAM_keyword extension has been "
-                  "used for - <%s> in file <%s> at line=%d",
-                  keyword, filename, Spec_file_line_count);
+        LOG(BAD_FTIR_OPTION_EXTENSION, keyword, filename, Spec_file_line_count);
         return false;
     }
     return true;
@@ -33,7 +26,7 @@ bool is_extended_ftir_channel(const char* keyword, const char* filename) {
 }  // namespace
 
 short process_ftir_chem_balance(FILE* ftir_ptr, TextLine& line, const char* filename) {
-    return walk_chem_balance(kModule, ftir_ptr, line, Ftir.chem_bal.options,
+    return walk_chem_balance(ftir_ptr, line, Ftir.chem_bal.options,
                              [&](short group, short species, const OptionTokens& token) {
                                  const bool dilution = group == 0 && species == kDilutionCo2;
                                  return !dilution || is_extended_ftir_channel(token[1], filename);
