@@ -60,8 +60,7 @@ void clean_channel_names() {
         char* name = All_chans[i].chan_name;
         if (name[0] != '&') continue;
         name[0] = ' ';
-        string_trim(name);
-        string_strip(name);
+        trim(name);
     }
 }
 

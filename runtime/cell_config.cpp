@@ -110,8 +110,7 @@ short get_fuel_consumed_lbl(char* label) {
     const short status = get_1st_line(file, line, "@FUEL_CONSUMED_LBL");
     fclose(file);
     if (status < 0 || line[0] == '@') return 0;
-    string_trim(line);
-    string_strip(line);
+    trim(line);
     copyn(label, line, ENTRY_SIZE);
     return 1;
 }

@@ -20,7 +20,13 @@ char* strupr(char* text);
 
 }  // extern "C"
 
-// The same; the caller is named for it.
+// Removes the blanks around `text`, in place.
+inline void trim(char* text) {
+    string_trim(text);
+    string_strip(text);
+}
+
+// The same copy; the caller is named for it.
 inline void copyn(char* dest, const char* src, std::size_t size,
                   const char* caller = __builtin_FUNCTION(), int line = __builtin_LINE()) {
     copyn(caller, line, dest, src, size);

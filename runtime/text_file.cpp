@@ -92,8 +92,7 @@ short get_keywd_entry(FILE* fp, const char* keyword, char* entry, const char* fi
         LOG(KEYWORD_ENTRY_NOT_FOUND, keyword, filename);
         return -1;
     }
-    string_trim(line);
-    string_strip(line);
+    trim(line);
     copyn(entry, line, ENTRY_SIZE);
     return 0;
 }

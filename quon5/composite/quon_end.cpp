@@ -11,7 +11,7 @@
 #include "quon5/composite/get_chan_grp_deskew.h"
 #include "quon5/output_files.h"
 #include "quon5/process_records.h"
-#include "quon5/readers/ftir_keywords.h"
+#include "quon5/readers/read_ftir_file.h"
 #include "quon5/spec_channels.h"
 #include "quon5/timing/logged_channels.h"
 #include "runtime/error_log.h"

@@ -23,8 +23,7 @@ struct RunIdentity {
         const PATH_PARTS path(Quon6_filename);
         copyn(cycle, path.ext);
         if (cycle[0] != '\0') cycle[0] = ' ';  // the dot
-        string_trim(cycle);
-        string_strip(cycle);
+        trim(cycle);
         const TOKENS<10> components(path.dir, "/", 65);
         copyn(map, components.count() > 0 ? components[components.count() - 1] : "");
     }

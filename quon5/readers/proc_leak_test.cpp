@@ -21,8 +21,7 @@ void store_date(LEAK_TEST& test, char* last) {
         copyn(test.date, last);
         return;
     }
-    string_strip(last);
-    string_trim(last);
+    trim(last);
     if (std::strcmp(last, "-") != 0) {
         LOG(BAD_LEAK_TEST_END, last, Spec_file_line_count, Em_cart_filename);
     }

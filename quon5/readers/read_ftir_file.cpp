@@ -7,9 +7,9 @@
 #include "base/zero_record.h"
 #include "quon5/process_records.h"
 #include "quon5/readers/chk_kw_n_specs.h"
-#include "quon5/readers/ftir_keywords.h"
 #include "quon5/readers/proc_ftir_chem_bal.h"
 #include "quon5/readers/section.h"
+#include "quon5/spec_channels.h"
 #include "runtime/error_log.h"
 #include "runtime/index_map.h"
 #include "runtime/string_operations.h"
@@ -37,6 +37,16 @@ constexpr EntryMessages kLeakTest = {UNKNOWN_FTIR_LEAK_CHANNEL, BAD_FTIR_LEAK_EX
 bool is_foreign_deskew_channel(short channel) {
     for (const FTIR_CHANS_INDICIES foreign : kForeignDeskewChannels) {
         if (channel == foreign) return true;
+    }
+    return false;
+}
+
+// Whether one of the channels has this PAM keyword, in upper case.
+bool contains(SpecChannels channels, const char* keyword) {
+    for (const CI_CHANNEL& channel : channels) {
+        char upper[80];
+        copyn(upper, channel.pam_keyword);
+        if (std::strcmp(strupr(upper), keyword) == 0) return true;
     }
     return false;
 }
@@ -255,4 +265,36 @@ void read_ftir_file(const char* filename) {
     Spec_file_line_count = 0;
     FtirReader(file, filename).read();
     fclose(file);
+}
+
+short valid_keywd_extension(const char* token) {
+    constexpr const char* kLetterForms[] = {"L", "R", "F", "LF", "LR", "LM", "RF", "RR", "RM"};
+    const TOKENS<2> parts(token, "@", 1);
+    const char* const extension = parts[1];
+    for (const char* form : kLetterForms) {
+        if (std::strcmp(extension, form) == 0) return 1;
+    }
+    const long number = leading_integer(extension);
+    return number >= 1 && number <= 99 ? short{1} : short{0};
+}
+
+char* trim_keyword(const char* token) {
+    static char name[80];
+    copyn(name, token);
+    char* const at = std::strchr(name[0] == '@' ? name + 1 : name, '@');
+    if (at != nullptr) *at = '\0';
+    return name;
+}
+
+short chk_pkw_in_cvsci_specs(const char* ftir_kw) {
+    const CVS_CI& ci = Customer_input;
+    bool found = contains(data_channels(ci), ftir_kw);
+    for (short g = 0; g < ci.num_chn_groups && !found; ++g) {
+        found = contains(group_channels(ci, g), ftir_kw);
+    }
+    found = found || contains(ecm_channels(ci), ftir_kw);
+    for (short s = 0; s < ci.num_subsystems && !found; ++s) {
+        found = contains(subsystem_group_channels(ci, s), ftir_kw);
+    }
+    return found ? short{1} : short{0};
 }

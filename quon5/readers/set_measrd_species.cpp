@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "quon5/process_records.h"
+#include "quon5/readers/get_wet_dry_info.h"
 #include "quon5/readers/section.h"
 #include "runtime/error_log.h"
 #include "runtime/index_map.h"
@@ -34,6 +35,12 @@ bool add_long_form(const char* tag, short next) {
     return true;
 }
 
+WET_DRY_MEA basis_of(const char* pam_keyword) {
+    if (std::strstr(pam_keyword, "_CD_") != nullptr) return DRY_MEA;
+    if (std::strstr(pam_keyword, "_CW_") != nullptr) return WET_MEA;
+    return WET_DRY_MEA{};
+}
+
 }  // namespace
 
 void set_measrd_species(FILE* em_cart_ptr, EM_CHAN_INFO* em_cart_info) {
@@ -57,5 +64,12 @@ void set_measrd_species(FILE* em_cart_ptr, EM_CHAN_INFO* em_cart_info) {
         });
     if (status < 0) {
         LOG(NO_SPECIES_MAPPING);
+    }
+}
+
+void get_wet_dry_info(EM_CHAN_INFO* em_cart_info) {
+    for (int i = 0; i < NUM_EMIS_SPECIES; ++i) {
+        em_cart_info[i].wet_dry = basis_of(Em_species_map[i]);
+        copyn(em_cart_info[i].pam_keyword, Em_species_map[i]);
     }
 }

@@ -205,8 +205,7 @@ short variable_cycle_time() {
         walk_section(orda_specs, line, kVariableCycles, [&](const char* text) {
             TextLine name;
             copyn(name, text);
-            string_trim(name);
-            string_strip(name);
+            trim(name);
             variable = std::strcmp(name, reference) == 0 ? 1 : 0;
             return variable == 0;
         });

@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "quon5/readers/chk_kw_n_specs.h"
-#include "quon5/readers/ftir_keywords.h"
+#include "quon5/readers/read_ftir_file.h"
 #include "runtime/string_operations.h"
 #include "tests/readers/reader_test.h"
 
