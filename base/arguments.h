@@ -7,7 +7,6 @@
 // opened.
 enum ARGUMENT_USE : short {
     NO_FILE,
-    UNOPENED_FILE,
     INPUT_FILE,
     SIBLING_FILE,  // joins the quon5 file in append mode
     QUON5_FILE,
@@ -27,7 +26,7 @@ struct KEYWORD_ARGUMENT {
 // X(name, default, variable of the task that takes the value, use, meaning, details)
 // clang-format off
 #define QUON5_KEYWORD_ARGUMENTS(X) \
-    X(logr_spec, "-", Logr_spec_filename, UNOPENED_FILE, "logger specification file", \
+    X(logr_spec, "-", Logr_spec_filename, NO_FILE, "logger specification file", \
       "It is not opened.") \
     X(logr_data, "-", Logr_data_filename, INPUT_FILE, "logger data file of the test", "") \
     X(quon5_output, "-", Quon5_output_filename, QUON5_FILE, "quon5 result file to write", "") \

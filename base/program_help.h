@@ -3,7 +3,6 @@
 #define QUON5_BASE_PROGRAM_HELP_H
 
 #include <cstdio>
-#include <cstring>
 #include <string_view>
 
 #include "base/arguments.h"
@@ -18,13 +17,17 @@ inline void print_argument(const KEYWORD_ARGUMENT& argument) {
     }
 }
 
-// Answers on standard output when --help or --version is the only word of the command line.
-// Returns the exit status, 1 when the answer cannot be written; -1 when neither is asked for.
+inline bool is_one_of(std::string_view word, std::string_view first, std::string_view second) {
+    return word == first || word == second;
+}
+
+// Answers on standard output when --help or --version (-h, -V) is the only word of the command
+// line. Returns the exit status, 1 when the answer cannot be written; -1 when neither is asked for.
 inline int answer_question(int argc, char** argv, const char* version, void (*print_help)()) {
     if (argc != 2) return -1;
-    if (std::strcmp(argv[1], "--help") == 0) {
+    if (is_one_of(argv[1], "-h", "--help")) {
         print_help();
-    } else if (std::strcmp(argv[1], "--version") == 0) {
+    } else if (is_one_of(argv[1], "-V", "--version")) {
         puts(version);
     } else {
         return -1;

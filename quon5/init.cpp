@@ -123,23 +123,21 @@ bool register_names(const char (*names)[80], short count, INDEX_MAPS map) {
     return true;
 }
 
-short open_quon5_file() {
-    Quon5_optr = open_output<QUON5_FILE_IS_ANOTHER>(QUON5_FILE);
-    if (Quon5_optr == nullptr) {
-        LOG(START_FILE_NOT_OPENED, Quon5_output_filename);
+// Opens the logger data file and the quon5 file. That of an earlier run loses its contents only
+// when the logger data file can be opened.
+short open_quon5_file_and_log() {
+    Logr_data_iptr = open_for_reading(Logr_data_filename);
+    const bool log_opened = Logr_data_iptr != nullptr;
+    Quon5_optr = open_output<QUON5_FILE_IS_ANOTHER>(QUON5_FILE, !log_opened);
+    if (Quon5_optr == nullptr || !log_opened) {
+        LOG(START_FILE_NOT_OPENED,
+            log_opened || Quon5_optr == nullptr ? Quon5_output_filename : Logr_data_filename);
         return -1;
     }
     if (setvbuf(Quon5_optr, Quon_End_Buffer, _IOFBF, sizeof Quon_End_Buffer) != 0) {
         LOG(NO_OUTPUT_BUFFER);
     }
     return 0;
-}
-
-short open_logger_data_file() {
-    Logr_data_iptr = open_for_reading(Logr_data_filename);
-    if (Logr_data_iptr != nullptr) return 0;
-    LOG(START_FILE_NOT_OPENED, Logr_data_filename);
-    return -1;
 }
 
 // Reads the logger labels; the keywords that are missing are logged together.
@@ -169,7 +167,7 @@ short open_files() {
         LOG(ORDA_SPECS_NOT_OPENED, Orda_specs_filename);
         return -1;
     }
-    if (open_quon5_file() != 0 || open_logger_data_file() != 0) return -1;
+    if (open_quon5_file_and_log() != 0) return -1;
     return read_labels(orda_specs);
 }
 

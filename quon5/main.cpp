@@ -1,12 +1,15 @@
 #include <fcntl.h>
+#include <strings.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 
 #include "base/numbers.h"
 #include "base/open_file.h"
 #include "base/program_help.h"
+#include "quon5/output_files.h"
 #include "quon5/process_records.h"
 #include "quon5/quon5.h"
 #include "runtime/error_log.h"
@@ -28,6 +31,19 @@ in any order:
 All but FTIR_file and activity must be given, and a call without all of them is reported. A value
 has at most 303 characters and may be empty. Environment, exit status and error log: quon5(1),
 formats of the files: quon5-files(5).)");
+}
+
+bool is_missing(ARGUMENT_USE output) {
+    return access(output_file(output).filename, F_OK) != 0;
+}
+
+// Whether a run whose steps succeeded fails all the same. Strict mode takes no incomplete result
+// for a good one.
+bool is_failure() {
+    if (File_failed || Run_outcome.results_doubtful) return true;
+    const char* const strict = getenv("QUON5_STRICT");
+    if (strict == nullptr || strcasecmp(strict, "yes") != 0) return false;
+    return Run_outcome.error_logged || is_missing(FILTER_DATA_FILE) || is_missing(COMPOSITE_FILE);
 }
 
 // A file opened in the place of a standard stream that was closed would take what is written there:
@@ -55,5 +71,5 @@ int main(int argc, char** argv) {
         LOG(NO_MEMORY, failure.what());
     }
     if (Quon5_optr != nullptr) fclose(Quon5_optr);  // after a failed step
-    return status == 0 && File_failed ? 1 : status;
+    return status == 0 && is_failure() ? 1 : status;
 }

@@ -76,7 +76,6 @@ bool load_logger_data() {
         LOG(CHANNEL_COUNT_DIFFERS);
     }
     clean_channel_names();
-    index_logged_channels();
     get_logr_data_mem(All_chans, All_chans[0].num_channels, All_chans, nullptr, nullptr);
     return true;
 }

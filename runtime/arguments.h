@@ -18,7 +18,8 @@ extern "C" {
 // Returns 0 with every row of `values` filled from the command line or, for a name that is not
 // given, from its default; the default "-" marks a name that must be given. Returns -1 for an
 // unknown or repeated name, a word without '=', a value too long for its row, with the number of
-// the first such word in `arg_with_error`, and for a missing name with `argc` there.
+// the first such word in `arg_with_error`, and for a missing name with `argc` there. An entry says
+// which word or name it is.
 short arg_proc(int argc, char** argv, short* arg_with_error, ARG_PROC_CONTROL control, short count,
                short name_width, short value_width, const char* names, const char* defaults,
                char* values);

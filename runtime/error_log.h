@@ -18,6 +18,7 @@
 #include <cstdlib>
 
 #include "base/message_catalogue.h"
+#include "base/run_outcome.h"
 
 inline const char* error_log_filename() {
     const char* filename = getenv("TAVRIN_ERROR_LOG");
@@ -32,8 +33,13 @@ extern "C" void log_error(const char* module, int line, int report_mode, int err
 #define LOG(row, ...) LOG_RESULT(row, Messages[row].code __VA_OPT__(, ) __VA_ARGS__)
 
 // The same for a message with CODE_OF_RESULT: the error code is `result`.
-#define LOG_RESULT(row, result, ...)                                        \
-    log_error(Messages[row].module, __LINE__, Messages[row].mode, (result), \
-              Messages[row].format __VA_OPT__(, ) __VA_ARGS__)
+#define LOG_RESULT(row, result, ...)                                         \
+    (note_entry(Messages[row].mode),                                         \
+     log_error(Messages[row].module, __LINE__, Messages[row].mode, (result), \
+               Messages[row].format __VA_OPT__(, ) __VA_ARGS__))
+
+inline void note_entry(REPORT_MODE mode) {
+    if (mode == REPORT_ERROR) Run_outcome.error_logged = true;
+}
 
 #endif

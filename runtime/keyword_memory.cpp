@@ -146,7 +146,11 @@ const void* cnvrt_value(const char* entry, short status, SM_VARI_TYPE type, char
     real = 0.0;
     units[0] = '\0';
     const char* end = entry;
-    if (status == 0) real = leading_number(entry, &end);
+    if (status == 0) {
+        real = leading_number(entry, &end);
+        const bool whole = end != entry && std::strchr(" \t[", *end) != nullptr;  // or at its end
+        if (!whole) LOG(NOT_WHOLLY_A_NUMBER, entry, Keyword, printable(real));
+    }
     if (end != entry) {
         // `1.5[in_h2o]`, `1.5 [ in_h2o ]`, `1.5 in_h2o`
         constexpr char kAround[] = " \t[]";

@@ -75,7 +75,8 @@ const void* get_adr_value(const char* name, SM_VARI_TYPE type);
 
 // The value of a keyword entry such as `1.5[in_h2o]`, `1.5 [ in_h2o ]`, `1.5 in_h2o` or `1.5`, and
 // its units (16 characters). `status` is the result of the look-up that gave the entry: without a
-// number, or with a status that is not 0, the value is 0.0 and the units are empty. Returns a
+// number, or with a status that is not 0, the value is 0.0 and the units are empty. A text that is
+// not wholly a number, `3,5[sec]`, is logged with the keyword of the last entry read. Returns a
 // pointer to the value (a double for REAL_TYPE, an int for INT_TYPE), good until the next call.
 const void* cnvrt_value(const char* entry, short status, SM_VARI_TYPE type, char* units);
 

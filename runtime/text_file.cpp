@@ -11,6 +11,7 @@ namespace {
 
 constexpr char kRecordsKeyword[] = "@LOGGED_RECORDS";
 constexpr char kBlanksAndTabs[] = " \t";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";  // of UTF-8
 
 void count_line() {
     if (Spec_file_line_count < 32767) ++Spec_file_line_count;
@@ -29,6 +30,9 @@ bool read_physical_line(FILE* fp, char* line) {
         last = c;
         if (length < LINE_SIZE) line[length] = static_cast<char>(c);
         ++length;
+        const bool marked =
+            length == kByteOrderMark.size() && std::string_view(line, length) == kByteOrderMark;
+        if (marked && ftell(fp) == static_cast<long>(length)) length = 0;  // at the file's start
     }
     if (c == EOF && (!any || ferror(fp) != 0)) {
         line[0] = '\0';
@@ -38,6 +42,21 @@ bool read_physical_line(FILE* fp, char* line) {
     line[length < LINE_SIZE ? length : LINE_SIZE - 1] = '\0';
     count_line();
     return true;
+}
+
+// Goes to the beginning of the file, behind a byte order mark.
+void rewind_text(FILE* fp) {
+    rewind(fp);
+    const int first = getc_unlocked(fp);
+    if (first != static_cast<unsigned char>(kByteOrderMark[0])) {
+        ungetc(first, fp);
+        return;
+    }
+    const int second = getc_unlocked(fp);
+    const int third = getc_unlocked(fp);
+    const bool marked = second == static_cast<unsigned char>(kByteOrderMark[1]) &&
+                        third == static_cast<unsigned char>(kByteOrderMark[2]);
+    if (!marked) rewind(fp);
 }
 
 // Passes over lines up to the next that begins with '@'. False at the end of the file.
@@ -75,7 +94,7 @@ short get_next_line(FILE* fp, char* line) {
 }
 
 short get_1st_line(FILE* fp, char* line, const char* keyword) {
-    rewind(fp);
+    rewind_text(fp);
     Spec_file_line_count = 0;
     while (skip_to_keyword_line(fp) && get_next_line(fp, line) > 0) {
         if (is_keyword_line(line, keyword)) return get_next_line(fp, line);
@@ -86,6 +105,7 @@ short get_1st_line(FILE* fp, char* line, const char* keyword) {
 
 short get_keywd_entry(FILE* fp, const char* keyword, char* entry, const char* filename) {
     char line[LINE_SIZE];
+    copyn(Keyword, keyword);
     const short status = get_1st_line(fp, line, keyword);
     if (status < 0 || line[0] == '@') {
         entry[0] = '\0';

@@ -4,7 +4,7 @@
 // entry's lines up to the next such line. A line ends with LF or CRLF and is cut to 1023
 // characters. Lines of blanks and tabs only, and lines whose first character other than blank or
 // tab is '#', are skipped. The line "@LOGGED_RECORDS" is the last one that can be read: what
-// follows it are records, not text.
+// follows it are records, not text. A byte order mark (UTF-8) at the beginning is passed over.
 //
 // Every physical line counts in Spec_file_line_count, which stays at 32767 once there.
 #ifndef QUON5_RUNTIME_TEXT_FILE_H

@@ -64,7 +64,8 @@ class PhaseSearch {
 
     // Searches the first record of `phase`. Returns false when there is none.
     bool search(SYNC_PHASES phase) {
-        const int met = load_phase(2, get_strt_time_, get_strt_time_[1].column_index, phase, phase);
+        const int met =
+            load_phase(2, get_strt_time_, logged_column(get_strt_time_[1]), phase, phase);
         if (met >= 0) record_ = met;
         return get_strt_time_[0].num_samples > 0;
     }
@@ -115,7 +116,7 @@ class HeaderWriter {
     // The position of the channel in the logger data, -1 when it is not logged. Until the time
     // column is written, the time channel is no channel of another column.
     short find_column(const char* label) const {
-        const short first = find_logged_channel(label);
+        const short first = labels_.find(label);
         if (found_time_ || first != time_) return first;
         for (short j = static_cast<short>(time_ + 1); j < Num_chans_logged; ++j) {
             if (std::strcmp(All_chans[j].chan_name, label) == 0) return j;
@@ -199,8 +200,9 @@ class HeaderWriter {
     FILE* file_;
     const EM_CHAN_INFO* em_chan_;
     std::vector<CI_CHANNEL>& ci_;
-    std::vector<DESKEW_TIME> deskew_;                                         // parallel to ci_
-    const short time_ = find_logged_channel(Tr_em_data_chans[EM_TIME_CHAN]);  // it is logged
+    std::vector<DESKEW_TIME> deskew_;  // parallel to ci_
+    const LoggedLabels labels_;
+    const short time_ = labels_.find(Tr_em_data_chans[EM_TIME_CHAN]);  // it is logged
     bool found_time_ = false;
     bool write_comma_ = false;
 };

@@ -104,7 +104,11 @@ void write_fuel_by_counter_and_weight() {
     bool complete = true;
     for (const FLOGER_DATA_INFO* channel : {&counter, &weight}) {
         if (channel->num_samples > 0) continue;
-        report_label_not_found(channel->chan_name);
+        if (find_logged_channel(channel->chan_name) < 0) {
+            report_label_not_found(channel->chan_name);
+        } else {
+            LOG(NO_FUEL_RECORDS, channel->chan_name);
+        }
         complete = false;
     }
     if (!complete) return write_missing_value_row(row, units);
@@ -204,7 +208,7 @@ short tran_em_data(short /*cell_num*/, const FLOGER_DATA_INFO* /*all_chans*/,
     if (restrictions == nullptr) return -1;
 
     build_fetch_list();
-    const short sync_column = Get_chans[EM_SYNC_CHAN].column_index;
+    const short sync_column = logged_column(Get_chans[EM_SYNC_CHAN]);
     load_phase(NUM_EM_DATA_LBLS, Get_chans, sync_column, PHASE_CYCLE, PHASE_OVERRUN);
     const FLOGER_DATA_INFO& barometer = Get_chans[EM_BAROMETER];
     const double mean = aver(barometer.data_ptr, barometer.num_samples);

@@ -46,7 +46,7 @@ short get_start_of_test(char* start_time) {
     if (sync >= 0) ask_for_channel(get_list[SYNC], sync);
     ask_for_channel(get_list[SYS_TIME], sys_time);
 
-    const short sync_column = get_list[SYNC].column_index;
+    const short sync_column = logged_column(get_list[SYNC]);
     load_phase(NUM_ENTRIES, get_list, sync_column, PHASE_START, PHASE_START);
     if (get_list[SYNC].num_samples <= 0) {
         load_phase(NUM_ENTRIES, get_list, sync_column, PHASE_CYCLE, PHASE_CYCLE);
