@@ -5,6 +5,7 @@
 #include "base/arguments.h"
 #include "base/numbers.h"
 #include "base/open_file.h"
+#include "quon5/file_failures.h"
 #include "quon5/output_files.h"
 #include "quon5/process_records.h"
 #include "runtime/arguments.h"
@@ -225,6 +226,7 @@ void derive_run_number() {
 }  // namespace
 
 short init(int argc, char** argv) {
+    log_file_failures();
     tavrin_init_fn(1);
     if (argc != NUM_KEYWORD_ARGUMENTS + 1) {
         log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED,
