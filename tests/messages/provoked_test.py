@@ -12,6 +12,8 @@ import sys
 
 from list_messages import CONVERSION, messages
 
+# Branches that stay for the day their step can fail.
+DOES_NOT_FAIL = ("Errors generating the integer codes", "Could not set IO buffer size")
 NUMBERS = {"c": ".", "s": ".*", "d": r"-?\d+", "i": r"-?\d+", "u": r"\d+"}
 
 
@@ -31,7 +33,7 @@ def main(directory, *programs):
         log.unlink() if log.stat().st_mtime < built else logs.append(log)
     for log in logs:
         entries.update(re.split(r"\n(?!\t)", log.read_text(errors="replace")))
-    expected = messages()
+    expected = [m for m in messages() if not m[3].startswith(DOES_NOT_FAIL)]
     missing = [m for m in expected if not any(
         re.match(pattern(*m), entry, re.DOTALL) for entry in entries if m[0] in entry[:60])]
     if missing:
