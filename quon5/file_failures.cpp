@@ -9,11 +9,9 @@ namespace {
 
 void log_failure(FILE_ACCESS access, const char* filename, int error) {
     if (access == FILE_READ) {
-        log_error("open_for_reading", __LINE__, REPORT_ERROR, CODE_FAILED,
-                  "Could not read all of file %s, errno=%s", filename, strerror(error));
+        LOG(INPUT_NOT_READ, filename, strerror(error));
     } else {
-        log_error("open_for_writing", __LINE__, REPORT_ERROR, CODE_FAILED,
-                  "Could not write all of file %s, errno=%s", filename, strerror(error));
+        LOG(OUTPUT_NOT_WRITTEN, filename, strerror(error));
     }
 }
 

@@ -91,9 +91,7 @@ void log_error(const char* module, int line, int report_mode, int error_code, co
     static bool failure_is_known = false;
     if (!append_to_log(entry.text()) && !failure_is_known) {
         failure_is_known = true;
-        log_error("log_error", __LINE__, REPORT_ERROR, CODE_FAILED,
-                  "Could not write to error log %s, errno=%s", error_log_filename(),
-                  strerror(errno));
+        LOG(LOG_NOT_WRITTEN, error_log_filename(), strerror(errno));
     }
     write_all(STDERR_FILENO, entry.text());
     errno = saved_errno;

@@ -40,10 +40,7 @@ short read_decimals(const char* text, const char* label, const char* filename) {
     if (end != text && *end == '\0' && decimals >= 0 && decimals <= kMaxDecimals) {
         return static_cast<short>(decimals);
     }
-    log_error("get_logr_chan_info_mem", __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-              "Decimals=<%s> of channel <%s> are not 0 to %d, 0 is used\n   line number=%d   "
-              "file=%s",
-              text, label, kMaxDecimals, Spec_file_line_count, filename);
+    LOG(BAD_DECIMALS, text, label, kMaxDecimals, Spec_file_line_count, filename);
     return 0;
 }
 
@@ -52,8 +49,8 @@ void read_channels(FILE* file, const char* filename, std::vector<FLOGER_DATA_INF
     walk_section(file, line, "@LOGGED_CHANNELS", [&](const char* text) {
         const TOKENS<3> token(text);
         FLOGER_DATA_INFO channel{};
-        copyn("get_logr_chan_info_mem", channel.chan_name, token[0]);
-        copyn("get_logr_chan_info_mem", channel.units, token[1]);
+        copyn(channel.chan_name, token[0]);
+        copyn(channel.units, token[1]);
         channel.vrbl_resolution = read_decimals(token[2], token[0], filename);
         channel.column_index = static_cast<short>(channels.size());
         channel.data_ptr = &no_value;
@@ -62,39 +59,30 @@ void read_channels(FILE* file, const char* filename, std::vector<FLOGER_DATA_INF
     });
 }
 
-RecordFlaws read_log(const Log& log, LoggerColumns& columns) {
-    const char* const filename = log.filename.c_str();
-    try {
-        LineBlocks file(filename);
-        if (file.error() == 0)
-            return read_records(file, static_cast<int>(log.channels.size()), columns);
-        File_failed = true;
-        log_error("get_logr_data_mem", __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
-                  "Could not open file %s, errno=%s", filename, strerror(file.error()));
-        return {};
-    } catch (const ReadFailure& failure) {
-        log_error("get_logr_data_mem", __LINE__, REPORT_ERROR, CODE_FAILED,
-                  "Could not read all of file %s, errno=%s, exiting", filename,
-                  strerror(failure.error));
-        throw;
-    }
-}
-
 void read_all_records(Log& log) {
+    const char* const filename = log.filename.c_str();
     const int num_channels = static_cast<int>(log.channels.size());
     auto columns = std::make_unique<LoggerColumns>(num_channels);
-    const RecordFlaws flaws = read_log(log, *columns);
+    RecordFlaws flaws;
+    try {
+        LineBlocks file(filename);
+        if (file.error() != 0) {
+            LOG(LOG_NOT_OPENED, filename, strerror(file.error()));
+            File_failed = true;
+        } else {
+            flaws = read_records(file, num_channels, *columns);
+        }
+    } catch (const ReadFailure& failure) {
+        LOG(LOG_NOT_READ, filename, strerror(failure.error));
+        throw;
+    }
     if (flaws.out_of_memory) {
         // Means and sums of a part of the test would pass for those of the whole.
         columns = std::make_unique<LoggerColumns>(num_channels);
-        log_error("get_logr_data_mem", __LINE__, REPORT_ERROR, CODE_FAILED,
-                  "Not enough memory for the records of %s, none is loaded", log.filename.c_str());
+        LOG(NO_MEMORY_FOR_RECORDS, filename);
         File_failed = true;
     } else if (flaws.num_flawed > 0) {
-        log_error("get_logr_data_mem", __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                  "%d of %d records of %s have missing, surplus or invalid values, the first at "
-                  "line %ld",
-                  flaws.num_flawed, columns->num_records(), log.filename.c_str(), flaws.first_line);
+        LOG(FLAWED_RECORDS, flaws.num_flawed, columns->num_records(), filename, flaws.first_line);
     }
     log.columns = std::move(columns);
 }
@@ -144,9 +132,7 @@ short get_logr_chan_info_mem(const char* filename, FLOGER_DATA_INFO** all_chans)
     fclose(file);
     if (log.channels.empty() || log.channels.size() > kMaxChannels) return 0;
     if (std::strcmp(log.channels[0].chan_name, "time") != 0) {
-        log_error("get_logr_chan_info_mem", __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                  "The first channel of %s is <%s>, not the time channel <time>", filename,
-                  log.channels[0].chan_name);
+        LOG(FIRST_CHANNEL_NOT_TIME, filename, log.channels[0].chan_name);
     }
     for (FLOGER_DATA_INFO& channel : log.channels) {
         channel.num_channels = static_cast<int>(log.channels.size());
