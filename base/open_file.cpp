@@ -143,7 +143,6 @@ void close_files() {
     for (const OpenFile& file : Open_files) {
         if (file.stream != nullptr) fclose(file.stream);
     }
-    File_failed = false;
 }
 
 bool is_same_file(const char* first, const char* second) {

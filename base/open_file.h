@@ -36,7 +36,7 @@ FILE* open_for_reading(const char* filename);
 // errno set, when it cannot be opened.
 FILE* open_for_writing(const char* filename, WRITE_MODE mode);
 
-// Closes the streams that are still open, and forgets failures.
+// Closes the streams that are still open.
 void close_files();
 
 // Whether two names are those of one regular file, whichever links or paths lead to it. Files that

@@ -71,4 +71,7 @@ extern FTIR_DATA Ftir;
 // then appended to.
 bool append_mode();
 
+// Makes all of them what they are at the start of the process. Streams are not closed.
+void clear_process_records();
+
 #endif

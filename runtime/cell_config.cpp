@@ -95,7 +95,7 @@ void read_cell_cfg(void) {
     for (short entry = 0; entry < NUM_CELL_CFG_ENTRIES; ++entry) {
         string_associate_indexN(kSections[entry].keyword, entry, CELL_CFG_MAP);
     }
-    Not_opened = false;
+    clear_cell_config();
     FILE* file = open_configuration();
     if (file == nullptr) return;
     for (const Section& section : kSections) read_section(file, section);
@@ -113,4 +113,8 @@ short get_fuel_consumed_lbl(char* label) {
     trim(line);
     copyn(label, line, ENTRY_SIZE);
     return 1;
+}
+
+void clear_cell_config() {
+    Not_opened = false;
 }

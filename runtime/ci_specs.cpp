@@ -249,9 +249,11 @@ const SpecificationReader::Section SpecificationReader::kSections[12] = {
 }  // namespace
 
 short read_ci_specs(const char* filename, CVS_CI* customer_input, int /*flags*/) {
-    static bool touched;
-    bool dirty = true;  // as any record other than the task's must be taken to be
-    zero_record(*customer_input, customer_input == &Customer_input ? touched : dirty);
+    if (customer_input == &Customer_input) {
+        zero_static_record(Customer_input);
+    } else {
+        std::memset(customer_input, 0, sizeof *customer_input);
+    }
     Version_cvsci = 0;
     FILE* file = open_for_reading(filename);
     if (file == nullptr) {

@@ -77,6 +77,8 @@ bool append_to_log(std::string_view entry) {
     return append.error == 0;
 }
 
+bool Failure_is_known;
+
 }  // namespace
 
 void log_error(const char* module, int line, int report_mode, int error_code, const char* format,
@@ -88,11 +90,14 @@ void log_error(const char* module, int line, int report_mode, int error_code, co
     entry.add_message(format, arguments);
     va_end(arguments);
 
-    static bool failure_is_known = false;
-    if (!append_to_log(entry.text()) && !failure_is_known) {
-        failure_is_known = true;
+    if (!append_to_log(entry.text()) && !Failure_is_known) {
+        Failure_is_known = true;
         LOG(LOG_NOT_WRITTEN, error_log_filename(), strerror(errno));
     }
     write_all(STDERR_FILENO, entry.text());
     errno = saved_errno;
+}
+
+void clear_error_log() {
+    Failure_is_known = false;
 }

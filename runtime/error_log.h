@@ -36,4 +36,7 @@ extern "C" void log_error(const char* module, int line, int report_mode, int err
     log_error(Messages[row].module, __LINE__, Messages[row].mode, (result), \
               Messages[row].format __VA_OPT__(, ) __VA_ARGS__)
 
+// Lets a log that cannot be written be reported again.
+void clear_error_log();
+
 #endif

@@ -8,6 +8,7 @@
 
 #include "base/numbers.h"
 #include "base/open_file.h"
+#include "base/zero_record.h"
 #include "runtime/error_log.h"
 #include "runtime/shared_variables.h"
 #include "runtime/string_operations.h"
@@ -102,13 +103,15 @@ void* get_shrd_mem(SM_AREA_ID area, int /*size*/) {
     const char* filename = keyword_memory_filename();
     FILE* file = area == KEYWORD_MEM ? open_for_reading(filename) : nullptr;
     if (file == nullptr) return nullptr;
-    // Only the rows of an earlier reading hold anything; the area is large.
-    std::memset(keyword_area.keyword_table, 0,
-                static_cast<std::size_t>(keyword_area.search_table[kGroups]) * sizeof(PAM_KEYWORD));
-    variables().clear();
+    clear_keyword_memory();
     index_rows(read_keyword_file(file, filename));
     fclose(file);
     return &keyword_area;
+}
+
+void clear_keyword_memory() {
+    zero_static_record(keyword_area);
+    variables().clear();
 }
 
 short check_keyword(const char* name, KEYWORD_TYPE type) {

@@ -167,3 +167,7 @@ short get_logr_data_mem(const FLOGER_DATA_INFO* all_chans, int count, FLOGER_DAT
     }
     return first >= 0 ? short{0} : short{-1};
 }
+
+void clear_logger_data() {
+    current_log() = Log();
+}

@@ -33,4 +33,7 @@ short get_logr_data_mem(const FLOGER_DATA_INFO* all_chans, int count, FLOGER_DAT
 
 }  // extern "C"
 
+// Forgets the log: channels and values are no longer valid.
+void clear_logger_data();
+
 #endif

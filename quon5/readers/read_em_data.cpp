@@ -181,8 +181,7 @@ short read_em_data(EM_CHAN_INFO* em_cart_info) {
         LOG(BENCH_NOT_OPENED, Em_cart_filename, strerror(errno));
         return -1;
     }
-    static bool touched;
-    zero_record(Emis_data, touched);
+    zero_static_record(Emis_data);
     set_measrd_species(file, em_cart_info);
     for (const PM_CART_ENTRIES entry : {DESKEW_TIMES_PM, MPS_INFO_PM, APS_INFO_PM, BPS_INFO_PM}) {
         read_pcd_file(entry);

@@ -245,17 +245,19 @@ const FtirReader::Section FtirReader::kSections[12] = {
     {CHEMICAL_BALANCE_OPTIONS, &FtirReader::read_chem_balance},
 };
 
+// Associates names with their rows. A process that has read a test before has them already.
+template <class Name>
+void associate_rows(const Name* names, short count, short map) {
+    if (string_to_indexN(names[count - 1], map) == count - 1) return;
+    for (short i = 0; i < count; ++i) string_associate_indexN(names[i], i, map);
+}
+
 }  // namespace
 
 void read_ftir_file(const char* filename) {
-    for (short i = 0; i < NUM_FTIR_CHANS; ++i) {
-        string_associate_indexN(FTIR_chans[i], i, FTIR_CHANS_MAP);
-    }
-    for (short i = 0; i < NUM_EMIS_ENTRIES; ++i) {
-        string_associate_indexN(Keywords[i], i, KEYWORDS_MAP);
-    }
-    static bool touched;
-    zero_record(Ftir, touched);
+    associate_rows(FTIR_chans, NUM_FTIR_CHANS, FTIR_CHANS_MAP);
+    associate_rows(Keywords, NUM_EMIS_ENTRIES, KEYWORDS_MAP);
+    zero_static_record(Ftir);
     FILE* file = open_for_reading(filename);
     if (file == nullptr) {
         LOG(FTIR_NOT_OPENED, filename);

@@ -22,8 +22,12 @@ std::unordered_map<std::string_view, Positions>& label_index() {
 
 }  // namespace
 
-void index_logged_channels() {
+void clear_logged_channels() {
     label_index().clear();
+}
+
+void index_logged_channels() {
+    clear_logged_channels();
     const auto num_channels = static_cast<short>(All_chans[0].num_channels);
     for (short i = 0; i < num_channels; ++i) {
         label_index().try_emplace(All_chans[i].chan_name, Positions{i, i}).first->second.last = i;

@@ -15,6 +15,9 @@ enum SYNC_PHASES : int {
 // Indexes the labels of All_chans; called once their final names stand, before any look-up.
 void index_logged_channels();
 
+// Forgets the index.
+void clear_logged_channels();
+
 // The position of the first, or the last, logged channel with exactly this label in All_chans; -1
 // when there is none.
 short find_logged_channel(const char* label);
