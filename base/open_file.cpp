@@ -108,7 +108,7 @@ FILE* make_stream(int fd, int error, const char* filename, const char* mode,
             file->in_use = true;
             file->fd = fd;
             file->error = 0;
-            copyn("open_file", file->filename, filename);
+            copyn(file->filename, filename);
             return stream;
         }
         error = file == nullptr ? EMFILE : ENOMEM;

@@ -52,8 +52,7 @@ int main(int argc, char** argv) {
     try {
         status = run_sequence(argc, argv);
     } catch (const std::exception& failure) {
-        log_error("quon5", __LINE__, REPORT_ERROR, CODE_FAILED, "Not enough memory (%s), exiting",
-                  failure.what());
+        LOG(NO_MEMORY, failure.what());
     }
     if (Quon5_optr != nullptr) fclose(Quon5_optr);  // after a failed step
     return status == 0 && File_failed ? 1 : status;

@@ -59,8 +59,8 @@ void read_channels(FILE* file, const char* filename, std::vector<FLOGER_DATA_INF
     walk_section(file, line, "@LOGGED_CHANNELS", [&](const char* text) {
         const TOKENS<3> token(text);
         FLOGER_DATA_INFO channel{};
-        copyn("get_logr_chan_info_mem", channel.chan_name, token[0]);
-        copyn("get_logr_chan_info_mem", channel.units, token[1]);
+        copyn(channel.chan_name, token[0]);
+        copyn(channel.units, token[1]);
         channel.vrbl_resolution = read_decimals(token[2], token[0], filename);
         channel.column_index = static_cast<short>(channels.size());
         channel.data_ptr = &no_value;

@@ -45,11 +45,11 @@ short check_label_in_logr(const char* label, short* flogr_indx) {
     return *flogr_indx < 0 ? short{0} : short{1};
 }
 
-void ask_for_channel(const char* module, FLOGER_DATA_INFO& entry, short position) {
+void ask_for_channel(FLOGER_DATA_INFO& entry, short position) {
     const FLOGER_DATA_INFO& channel = All_chans[position];
     entry.column_index = channel.column_index;
-    copyn(module, entry.chan_name, channel.chan_name);
-    copyn(module, entry.units, channel.units);
+    copyn(entry.chan_name, channel.chan_name);
+    copyn(entry.units, channel.units);
 }
 
 FLOGER_SRCH_INFO sync_condition(short sync_column, int phase) {

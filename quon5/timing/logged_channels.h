@@ -24,9 +24,8 @@ short find_last_logged_channel(const char* label);
 // and returns 0.
 short check_label_in_logr(const char* label, short* flogr_indx);
 
-// Makes `entry` of a get list ask for the logged channel at `position` of All_chans. `module` names
-// the caller.
-void ask_for_channel(const char* module, FLOGER_DATA_INFO& entry, short position);
+// Makes `entry` of a get list ask for the logged channel at `position` of All_chans.
+void ask_for_channel(FLOGER_DATA_INFO& entry, short position);
 
 // The condition `sync == phase` on the synchronisation channel in `sync_column`.
 FLOGER_SRCH_INFO sync_condition(short sync_column, int phase);

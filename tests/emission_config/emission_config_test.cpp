@@ -21,8 +21,8 @@ std::string computed(const std::string& specified) {
     index_logged_channels();
     for (int slot = 0; const std::string& label : split(specified, " ")) {
         CI_CHANNEL& channel = Customer_input.statistical_channels[slot++];
-        copyn("test", channel.label, label.c_str());
-        copyn("test", channel.pam_keyword, ("K_" + label).c_str());
+        copyn(channel.label, label.c_str());
+        copyn(channel.pam_keyword, ("K_" + label).c_str());
     }
     short count = -1;
     proc_stat_chans(find_logged_channel("SYNC"), &count);

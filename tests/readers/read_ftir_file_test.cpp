@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "quon5/readers/chk_kw_n_specs.h"
-#include "quon5/readers/ftir_keywords.h"
+#include "quon5/readers/read_ftir_file.h"
 #include "runtime/string_operations.h"
 #include "tests/readers/reader_test.h"
 
@@ -31,7 +31,7 @@ TEST(FtirKeywords, OfTheTestSpecification) {
     const auto look_up = [](auto*... channels) {
         std::string found;
         for (CI_CHANNEL* const channel : {channels...}) {
-            copyn("test", channel->pam_keyword, "a@lm");
+            copyn(channel->pam_keyword, "a@lm");
             for (const char* keyword : {"A@LM", "a@lm", "A"})
                 found += std::to_string(chk_pkw_in_cvsci_specs(keyword));
             channel->pam_keyword[0] = '\0';
@@ -93,7 +93,7 @@ TEST(FtirFile, DeskewTimesThatBelongElsewhere) {
 TEST(FtirFile, MissingFileLeavesAnEmptyRecord) {
     const auto read = [] {
         const std::string before = read_ftir(kSpecified);
-        copyn("test", FTIR_filename, "missing");
+        copyn(FTIR_filename, "missing");
         return before + read_ftir(kSpecified);
     };
     EXPECT_EQ(run({{"ftir", "@DESKEW_TIMES / EXH_CW_NO_MEA 1"}}, read),

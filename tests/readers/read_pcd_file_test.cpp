@@ -40,7 +40,7 @@ TEST(ParticulateCart, MissingFileAndOtherSections) {
         string_associate_indexN("@SEVEN", 7, 15);
         read_pcd_file(0);  // there is no cart
         for (const char* name : {"missing", "NoPM_available", "later", "missing"}) {
-            copyn("test", Pm_cart_filename, name);
+            copyn(Pm_cart_filename, name);
             read_pcd_file(3);
         }
         read_pcd_file(7);

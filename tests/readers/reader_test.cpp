@@ -65,9 +65,9 @@ void start_up(bool has_cart) {
         for (const std::string& text : split(texts, " "))
             string_associate_indexN(text.c_str(), index++, map);
     }
-    copyn("test", Em_cart_filename, "bench");
-    copyn("test", FTIR_filename, "ftir");
-    copyn("test", Pm_cart_filename, has_cart ? "cart" : "NoPM_Available");
+    copyn(Em_cart_filename, "bench");
+    copyn(FTIR_filename, "ftir");
+    copyn(Pm_cart_filename, has_cart ? "cart" : "NoPM_Available");
 }
 
 // The error log: for each entry "! name arguments" or, when it is none of the messages, "module
@@ -252,7 +252,7 @@ std::string ftir_entries() {
 void specify(const std::string& pam_keywords) {
     for (const std::string& keyword : split(pam_keywords, " ")) {
         CI_CHANNEL& channel = Customer_input.data_channels[Customer_input.num_data_chns++];
-        copyn("test", channel.pam_keyword, keyword.c_str());
+        copyn(channel.pam_keyword, keyword.c_str());
     }
 }
 

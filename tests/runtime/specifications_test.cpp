@@ -23,7 +23,7 @@ std::string read_specification(const std::string& contents) {
 // Reads a cell configuration and returns the label of the fuel-consumed channel.
 std::string read_cell_config(const std::string& contents) {
     const tests::TEMPORARY_FILE file(contents);
-    copyn("specifications_test", Cell_cfg_filename, file.path());
+    copyn(Cell_cfg_filename, file.path());
     read_cell_cfg();
     char label[80];
     return get_fuel_consumed_lbl(label) == 1 ? label : "none";

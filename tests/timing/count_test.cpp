@@ -59,11 +59,11 @@ TEST(FixedCycle, EndsBeforeTheFirstRecord) {
     for (int time = -70; time < -25; ++time)
         log += " / " + std::to_string(time) + (time < -50 ? ",20" : time < -30 ? ",30" : ",40");
     const auto count = [] {
-        copyn("test", Quon5_output_filename, "run7.quon5");
-        copyn("test", Orda_specs_filename, "orda");
-        copyn("test", Customer_input.cycles[0], "FTP");
-        copyn("test", Tr_em_data_chans[EM_SYNC_CHAN], "SYNC");
-        copyn("test", Tr_em_data_chans[EM_TIME_CHAN], "time");
+        copyn(Quon5_output_filename, "run7.quon5");
+        copyn(Orda_specs_filename, "orda");
+        copyn(Customer_input.cycles[0], "FTP");
+        copyn(Tr_em_data_chans[EM_SYNC_CHAN], "SYNC");
+        copyn(Tr_em_data_chans[EM_TIME_CHAN], "time");
         Logr_data_iptr = std::fopen("logger", "r");
         get_logr_chan_info_mem("logger", &All_chans);
         index_logged_channels();
