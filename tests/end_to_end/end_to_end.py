@@ -8,6 +8,7 @@ count.
     python3 tests/end_to_end/start_up_test.py PROGRAM [StartUp.test_name]
 """
 
+import os
 import pathlib
 import sys
 import unittest
@@ -16,7 +17,7 @@ FOLDER = pathlib.Path(__file__).parent
 sys.path.append(str(FOLDER.parent / "drivers"))
 from cell import Cell, entries, files_below  # noqa: E402, F401
 
-PROGRAM = sys.argv[1]
+PROGRAM = os.path.abspath(sys.argv[1])
 ARGUMENTS = {"logr_spec": "spec.dat", "logr_data": "log.dat", "quon5_output": "run7.quon5",
              "step": "3", "ci_specs": "ci.dat", "orda_specs": "orda.dat", "em_bench": "bench.42",
              "cell_cfg": "cell.dat", "quon_end_out": "composite.csv",
