@@ -54,8 +54,7 @@ HC 1
 TEST_F(ParticulateCart, LastLinesOfSampleAndLeakTest) {
     read(R"(@PROP_SMPL_VALIDATION
 a b c d
-e f )" + std::string(99, 'x') +
-             R"(
+e f g
 @PM_LEAK_TEST_VALIDATION
 T 1 2 l
 T 1 2 l 3 m date
@@ -63,7 +62,7 @@ V 1 2 l 3 m date more
 U 4 5 k 6
 )",
          [&] {
-             EXPECT_EQ(text(Emis_data.prop_smpl[3]), "1|e|f|" + std::string(79, 'x'));
+             EXPECT_EQ(text(Emis_data.prop_smpl[3]), "1|e|f|g");
              EXPECT_EQ(text(Emis_data.leak[6]), "1|U|4|5|k|6|m|date");
              EXPECT_EQ(log.text(), unfolded(R"(
 read_pcd_file 65 30000 Expected 5, 6, or 7, got 4, items for leak PM sample MPS, in file cart at \
@@ -75,23 +74,30 @@ line number 7, item ignored
 }
 
 TEST_F(ParticulateCart, ShortSampleAndLeakTestWithoutAValue) {
-    read("@PROP_SMPL_VALIDATION\na\n@PM_LEAK_TEST_VALIDATION\n" + std::string(50, 'x') +
-             " 1 -999990 abcdefghijklmnopq 3 m\n",
-         [&] {
-             EXPECT_EQ(text(Emis_data.prop_smpl[3]), "1|a||");
-             EXPECT_EQ(text(Emis_data.leak[6]),
-                       "0|" + std::string(44, 'x') + "|1|-999990|abcdefghijklmno|3|m|");
-             EXPECT_EQ(log.text(), "");
-         });
+    read("@PROP_SMPL_VALIDATION\na\n@PM_LEAK_TEST_VALIDATION\nT 1 -999990 l 3 m\n", [&] {
+        EXPECT_EQ(text(Emis_data.prop_smpl[3]), "1|a||");
+        EXPECT_EQ(text(Emis_data.leak[6]), "0|T|1|-999990|l|3|m|");
+        EXPECT_EQ(log.text(), "");
+    });
 }
 
 TEST_F(ParticulateCart, Systems) {
-    const std::string wide(33, 'x'), cut(31, 'x');
-    read("@APS_INFO\nPMS_CONF 3\n@MPS_INFO\nPMF_ID " + wide + "\nPMS_ID " + wide +
-             "\nPMS_CONF -7x\nPMS_SAMPLE_LOC " + wide +
-             "\n@BPS_INFO\nPMF_ID 1\nWHAT \"is this\"\nPMF_ID\n",
+    read(R"(@APS_INFO
+PMS_CONF 3
+@MPS_INFO
+PMF_ID abcdefghijklmnopqrstuvwxyz-123456
+PMS_ID Abcdefghijklmnopqrstuvwxyz-123456
+PMS_CONF -7x
+PMS_SAMPLE_LOC ABcdefghijklmnopqrstuvwxyz-123456
+@BPS_INFO
+PMF_ID 1
+WHAT "is this"
+PMF_ID
+)",
          [&] {
-             EXPECT_EQ(text(Emis_data.pm_info[0]), cut + "|" + cut + "|-7|" + cut);
+             EXPECT_EQ(text(Emis_data.pm_info[0]),
+                       "abcdefghijklmnopqrstuvwxyz-1234|Abcdefghijklmnopqrstuvwxyz-1234|-7|"
+                       "ABcdefghijklmnopqrstuvwxyz-1234");
              EXPECT_EQ(text(Emis_data.pm_info[1]), "||3|");
              EXPECT_EQ(text(Emis_data.pm_info[2]), "||0|");
              EXPECT_EQ(log.text(),
@@ -113,21 +119,16 @@ TEST_F(ParticulateCart, MissingFileAndOtherSections) {
         read_pcd_file(7);
         read_pcd_file(8);
         EXPECT_EQ(text(Emis_data.prop_smpl[3]), "1|a|b|c");
+        const std::string unexpected =
+            "read_pcd_file 65 256 Unexpected pcd file index = <7> foundSome particulate cart data "
+            "may be missing \n";
         EXPECT_EQ(log.text(), unfolded(R"(
 read_pcd_file 65 77 Could not open file missing No data will be available from particulate cart
 read_pcd_file 65 77 Could not open file NoPM_available No data will be available from \
 particulate cart
-)") +
-                                  "read_pcd_file 65 256 Unexpected pcd file index = <7> foundSome "
-                                  "particulate cart data may be "
-                                  "missing \n"
-                                  "read_pcd_file 65 256 Unexpected pcd file index = <7> foundSome "
-                                  "particulate cart data may be "
-                                  "missing \n" +
-                                  unfolded(R"(
-read_pcd_file 65 30000 Could not convert index <8> to a pm cart keyword Some data will be \
-unavailable from particulate cart
-)"));
+)") + unexpected + unexpected +
+                                  "read_pcd_file 65 30000 Could not convert index <8> to a pm cart "
+                                  "keyword Some data will be unavailable from particulate cart\n");
     });
 }
 

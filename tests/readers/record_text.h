@@ -3,30 +3,12 @@
 #ifndef QUON5_TESTS_READERS_RECORD_TEXT_H
 #define QUON5_TESTS_READERS_RECORD_TEXT_H
 
-#include <cstring>
-#include <sstream>
 #include <string>
 
 #include "quon5/FTIR.h"
+#include "tests/runtime/temporary_file.h"
 
 namespace tests {
-
-inline std::string field(int number) {
-    return std::to_string(number);
-}
-inline std::string field(double number) {
-    return (std::ostringstream() << number).str();
-}
-template <std::size_t N>
-std::string field(const char (&text)[N]) {
-    return {text, strnlen(text, N)};
-}
-template <class... FIELDS>
-std::string fields(const FIELDS&... values) {
-    std::string result;
-    ((result += '|' + field(values)), ...);
-    return result.substr(1);
-}
 
 inline std::string text(const EMIS_MEMBER& e) {
     return fields(+e.active, e.emis_keywd, e.keywd, e.value, e.units);
@@ -60,22 +42,23 @@ inline std::string text(const LEAK_TEST& e) {
     std::string result = fields(+e.active, e.train, e.train_num, e.flow_value, e.flow_units,
                                 e.leak_value, e.leak_units, e.date);
     for (int i = 0; i < NUM_SPECIES_ROWS && e.emis_keywd[i][0] != '\0'; ++i)
-        result += '|' + field(e.emis_keywd[i]) + '=' + field(e.keywds[i]);
+        result += fields("", e.emis_keywd[i]) + '=' + e.keywds[i];
     return result;
 }
 inline std::string text(const LEAK_TEST_FTIR& e) {
     std::string result = fields(e.active, e.train, e.train_num, e.flow_value, e.flow_units,
                                 e.leak_value, e.leak_units, e.flo_keywds_date);
     for (int i = 0; i < e.num_samp_train_chans; ++i)
-        result += '|' + field(e.sample_train_channels[i]);
+        result += fields("", e.sample_train_channels[i]);
     return result;
 }
 // The species that are set, behind their slots.
 inline std::string text(const OPTIONS& e) {
-    std::string result = field(e.option_keyword);
+    std::string result = e.option_keyword;
     for (int s = 0; s < NUM_CHEM_BAL_SPECIES; ++s) {
         if (e.species[s][0] == '\0') continue;
-        result += ", " + field(s) + ' ' + fields(e.species[s], e.pam_keywrd_n_value[s], e.units[s]);
+        result += ", " + std::to_string(s) + ' ' +
+                  fields(e.species[s], e.pam_keywrd_n_value[s], e.units[s]);
     }
     return result;
 }

@@ -1,5 +1,7 @@
 #include "runtime/keyword_memory.h"
 
+#include <tuple>
+
 #include "runtime/index_map.h"
 #include "runtime/shared_variables.h"
 #include "runtime/units.h"
@@ -7,17 +9,14 @@
 
 namespace {
 
-// Links keyword memory in a file with these contents; puts back what was linked before.
+// Links keyword memory in a file with these contents.
 class LINKED_KEYWORDS : public tests::TEMPORARY_FILE {
  public:
     explicit LINKED_KEYWORDS(const std::string& contents) : TEMPORARY_FILE(contents) {
         setenv("TAVRIN_KEYWORD_MEMORY", path(), 1);
         Keyword_memory = static_cast<KEYWORD*>(get_shrd_mem(KEYWORD_MEM, 0));
     }
-    ~LINKED_KEYWORDS() {
-        unsetenv("TAVRIN_KEYWORD_MEMORY");
-        Keyword_memory = nullptr;
-    }
+    ~LINKED_KEYWORDS() { unsetenv("TAVRIN_KEYWORD_MEMORY"); }
 };
 
 const char kKeywords[] = R"(@KEYWORDS
@@ -55,13 +54,11 @@ TEST(KeywordMemory, SortsItsKeywords) {
 
 TEST(KeywordMemory, KnowsTheTypesOfItsKeywords) {
     const LINKED_KEYWORDS file(kKeywords);
-    const struct {
-        const char* name;
-        int channel, parameter;
-    } kCases[] = {{"CVS_B", 0, -1}, {"ZETA", -1, 0},  {"CVS_A", 0, 0},      {"9LIVES", 0, 0},
-                  {"_X", 0, -1},    {"CVS_", -1, -1}, {"CVS_BB", -1, -1},   {"cvs_b", -1, -1},
-                  {"~", -1, -1},    {"", -1, -1},     {"cell_name", -1, -1}};
-    for (const auto& [name, channel, parameter] : kCases) {
+    const std::tuple<const char*, int, int> keywords[] = {
+        {"CVS_B", 0, -1}, {"ZETA", -1, 0},  {"CVS_A", 0, 0},      {"9LIVES", 0, 0},
+        {"_X", 0, -1},    {"CVS_", -1, -1}, {"CVS_BB", -1, -1},   {"cvs_b", -1, -1},
+        {"~", -1, -1},    {"", -1, -1},     {"cell_name", -1, -1}};
+    for (const auto& [name, channel, parameter] : keywords) {
         EXPECT_EQ(check_keyword(name, CHANNEL_KEYWORD), channel) << name;
         EXPECT_EQ(check_keyword(name, PARAMETER_KEYWORD), parameter) << name;
     }
@@ -85,37 +82,26 @@ TEST(KeywordMemory, FileThatCannotBeRead) {
 }
 
 TEST(KeywordMemory, ConvertsEveryFormOfAnEntry) {
-    const struct {
-        const char* entry;
-        short status;  // of its look-up
-        double value;
-        const char* units;
-    } kCases[] = {{"1.5[in_h2o]", 0, 1.5, "in_h2o"},
-                  {"1.5 [ in_h2o ]", 0, 1.5, "in_h2o"},
-                  {"1.5 in_h2o", 0, 1.5, "in_h2o"},
-                  {"1.5", 0, 1.5, ""},
-                  {"-2e3[g/kw_hr]", 0, -2000, "g/kw_hr"},
-                  {"1[abcdefghijklmnopq]", 0, 1, "abcdefghijklmno"},
-                  {"[ppm]", 0, 0, ""},
-                  {"no number", 0, 0, ""},
-                  {"", 0, 0, ""},
-                  {"1.5[ppm]", -1, 0, ""}};
-    for (const auto& [entry, status, value, units] : kCases) {
-        char found[16] = "012345678901234";
-        EXPECT_EQ(*static_cast<const double*>(cnvrt_value(entry, status, REAL_TYPE, found)), value)
-            << entry;
-        EXPECT_STREQ(found, units) << entry;
-    }
+    const auto converted = [](const char* entry, short status) {
+        char units[16] = "012345678901234";
+        const void* const value = cnvrt_value(entry, status, REAL_TYPE, units);
+        return tests::fields(*static_cast<const double*>(value), units);
+    };
+    for (const char* entry : {"1.5[in_h2o]", "1.5 [ in_h2o ]", "1.5 in_h2o"})
+        EXPECT_EQ(converted(entry, 0), "1.5|in_h2o");
+    EXPECT_EQ(converted("1.5", 0), "1.5|");
+    EXPECT_EQ(converted("-2e3[g/kw_hr]", 0), "-2000|g/kw_hr");
+    EXPECT_EQ(converted("1[abcdefghijklmnopq]", 0), "1|abcdefghijklmno");
+    for (const char* entry : {"[ppm]", "no number", ""}) EXPECT_EQ(converted(entry, 0), "0|");
+    EXPECT_EQ(converted("1.5[ppm]", -1), "0|");
     EXPECT_EQ(*static_cast<const int*>(cnvrt_value("-7[-]", 0, INT_TYPE, Units)), -7);
 }
 
 TEST(IndexMap, HoldsEachTextAndEachIndexOnce) {
-    const struct {
-        const char* text;
-        short index, result;
-    } kCases[] = {{"HC", 0, 0}, {"HC", 0, 0},  {"HC", 1, -1}, {"CH4", 0, -1},
-                  {"", 5, -1},  {"X", -1, -1}, {"CH4", 1, 0}, {"N2O", 32767, 0}};
-    for (const auto& [text, index, result] : kCases)
+    const std::tuple<const char*, short, int> pairs[] = {
+        {"HC", 0, 0}, {"HC", 0, 0},  {"HC", 1, -1}, {"CH4", 0, -1},
+        {"", 5, -1},  {"X", -1, -1}, {"CH4", 1, 0}, {"N2O", 32767, 0}};
+    for (const auto& [text, index, result] : pairs)
         EXPECT_EQ(string_associate_indexN(text, index, 61), result) << text << index;
     const char* const ch4 = index_to_stringN(1, 61);
     for (short i = 2; i < 3000; ++i)

@@ -7,12 +7,14 @@
 #include <iterator>
 #include <random>
 #include <sstream>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "base/open_file.h"
 #include "tests/runtime/temporary_file.h"
 
+using tests::fields;
 using tests::TEMPORARY_FILE;
 
 namespace {
@@ -34,11 +36,6 @@ std::string damage(std::size_t damaged, std::size_t all, const TEMPORARY_FILE& f
            " records of " + file.path() +
            " have missing, surplus or invalid values, the first at line " +
            std::to_string(first_line) + "\n";
-}
-
-// Equal to the last bit; one NaN is as good as another.
-bool same(double a, double b) {
-    return std::isnan(a) ? std::isnan(b) : std::memcmp(&a, &b, sizeof a) == 0;
 }
 
 }  // namespace
@@ -73,7 +70,10 @@ TEST(LoggerData, ReadsNumbersAsStrtodDoesAndNothingElse) {
     ASSERT_EQ(chan.num_samples, static_cast<int>(texts.size()));
     for (std::size_t i = 0; i < texts.size(); ++i) {
         const double expected = i < valid ? std::strtod(texts[i].c_str(), nullptr) : NAN;
-        EXPECT_TRUE(same(chan.data_ptr[i], expected)) << texts[i];
+        const double value = chan.data_ptr[i];
+        EXPECT_TRUE(std::isnan(value) ? std::isnan(expected)
+                                      : std::memcmp(&value, &expected, sizeof value) == 0)
+            << texts[i];
     }
     EXPECT_EQ(log.text(), damage(23, valid + 23, file, valid + 5));
 }
@@ -84,14 +84,13 @@ TEST(LoggerData, ReportsDamagedRecordsOnce) {
         "# of the logger\n@LOGGED_CHANNELS\ntime sec 1\nA - 0\nB - 0\n@LOGGED_RECORDS\r\n"
         " 0 , 1,2 \r\n\n1,1\n \r\n2,1,2,3\n3,,2\n@A\n5,nan,inf\n6,1,2\r\n7,1");
     FLOGER_DATA_INFO* const chans = load(file);
-    const double records[][3] = {{0, 1, 2},       {1, 1, NAN},        {2, 1, 2}, {3, NAN, 2},
-                                 {NAN, NAN, NAN}, {5, NAN, INFINITY}, {6, 1, 2}, {7, 1, NAN},
-                                 {7, 1, NAN}};  // the last: the cell after the last record, which
-                                                // repeats it
-    for (int i = 0; i < 9; ++i) {
-        for (int c = 0; c < 3; ++c)
-            EXPECT_TRUE(same(chans[c].data_ptr[i], records[i][c])) << i << ' ' << c;
-    }
+    const char* const records[] = {
+        "0|1|2",     "1|1|nan", "2|1|2",   "3|nan|2", "nan|nan|nan",
+        "5|nan|inf", "6|1|2",   "7|1|nan", "7|1|nan"};  // the cell after the last record, which
+                                                        // repeats it
+    for (int i = 0; i < 9; ++i)
+        EXPECT_EQ(fields(chans[0].data_ptr[i], chans[1].data_ptr[i], chans[2].data_ptr[i]),
+                  records[i]);
     get_logr_data_mem(chans, 3, chans, nullptr, nullptr);
     EXPECT_EQ(log.text(), damage(5, 8, file, 9));
 }
@@ -99,12 +98,11 @@ TEST(LoggerData, ReportsDamagedRecordsOnce) {
 TEST(LoggerData, ReadsALastLineWithoutNewlineAsOneWithIt) {
     for (const std::string last : {"7", "7\r", "7\r\r", "\r\r", " \r", ""}) {
         const std::string text = "@LOGGED_CHANNELS\ntime sec 1\n@LOGGED_RECORDS\n1\n" + last;
-        const FLOGER_DATA_INFO* time = load(TEMPORARY_FILE(text));
-        const int num_samples = time->num_samples;
-        const double value = time->data_ptr[num_samples];
-        time = load(TEMPORARY_FILE(text + "\n"));
-        EXPECT_EQ(time->num_samples, num_samples) << testing::PrintToString(last);
-        EXPECT_TRUE(same(time->data_ptr[num_samples], value)) << testing::PrintToString(last);
+        const auto read = [](const std::string& contents) {
+            const FLOGER_DATA_INFO* const time = load(TEMPORARY_FILE(contents));
+            return fields(time->num_samples, time->data_ptr[time->num_samples]);
+        };
+        EXPECT_EQ(read(text), read(text + "\n")) << testing::PrintToString(last);
     }
 }
 
@@ -123,22 +121,14 @@ B - x
 @LOGGED_RECORDS
 1,2,3,4,5
 )");
-    const FLOGER_DATA_INFO* const chans = load(file);
-    const struct {
-        const char *name, *units;
-        short decimals;
-    } kChannels[] = {{"S", "sec", 15},
-                     {"&  NOX  ", "abcdefghijklmno", 2},
-                     {"A", "-", 0},
-                     {"A", "-", 0},
-                     {"B", "-", 0}};
-    for (int i = 0; i < 5; ++i) {
-        EXPECT_STREQ(chans[i].chan_name, kChannels[i].name);
-        EXPECT_STREQ(chans[i].units, kChannels[i].units);
-        EXPECT_EQ(chans[i].vrbl_resolution, kChannels[i].decimals);
-        EXPECT_EQ(chans[i].column_index, i);
-        EXPECT_EQ(chans[i].num_channels, 5);
-        EXPECT_EQ(*chans[i].data_ptr, i + 1);
+    const FLOGER_DATA_INFO* chan = load(file);
+    const char* const described[] = {"S|sec|15|0|5|1", "&  NOX  |abcdefghijklmno|2|1|5|2",
+                                     "A|-|0|2|5|3", "A|-|0|3|5|4", "B|-|0|4|5|5"};
+    for (const char* expected : described) {
+        EXPECT_EQ(fields(chan->chan_name, chan->units, chan->vrbl_resolution, chan->column_index,
+                         chan->num_channels, *chan->data_ptr),
+                  expected);
+        ++chan;
     }
     const auto decimals = [&](const char* text, const char* label, int line) {
         return std::string("get_logr_chan_info_mem 1 30000 Decimals=<") + text + "> of channel <" +
@@ -169,10 +159,8 @@ TEST(LoggerData, RecordsThatGetShorter) {
         text += std::to_string(i) + (i < 70 ? ',' + std::string(300, '0') + "7\n" : ",7\n");
     const FLOGER_DATA_INFO* const chans = load(TEMPORARY_FILE(text));
     ASSERT_EQ(chans->num_samples, 6000);
-    for (int i = 0; i <= 6000; ++i) {
-        EXPECT_EQ(chans[0].data_ptr[i], std::min(i, 5999));
-        EXPECT_EQ(chans[1].data_ptr[i], 7);
-    }
+    for (int i = 0; i <= 6000; ++i)
+        EXPECT_EQ(fields(chans[0].data_ptr[i], chans[1].data_ptr[i]), fields(std::min(i, 5999), 7));
 }
 
 // Short records of many channels: a small file, and more cells than the machine has memory for.
@@ -192,11 +180,13 @@ TEST(LoggerData, RecordsBeyondTheMemoryAreRefusedAtOnce) {
 
 namespace {
 
-FLOGER_SRCH_INFO sync(SRCH_OPTIONS option, double value, SM_VARI_TYPE type = REAL_TYPE,
-                      short column = 1) {
-    FLOGER_SRCH_INFO search{option, column, type, -7, {}};
+// The condition on the second channel, of type integer where the value is one.
+FLOGER_SRCH_INFO is(SRCH_OPTIONS option, double value, short column = 1) {
+    FLOGER_SRCH_INFO search{option, column, REAL_TYPE, -7, {}};
     search.value.srch_dbl = value;
-    if (type == INT_TYPE) search.value.srch_long = static_cast<int>(value);
+    if (value != std::floor(value)) return search;
+    search.srch_type = INT_TYPE;
+    search.value.srch_long = static_cast<int>(value);
     return search;
 }
 
@@ -205,59 +195,47 @@ FLOGER_SRCH_INFO sync(SRCH_OPTIONS option, double value, SM_VARI_TYPE type = REA
 TEST(LoggerData, SelectsStretchesOfRecords) {
     const FLOGER_DATA_INFO* const chans =
         load(TEMPORARY_FILE(kTwoChannels + "0,5\n1,nan\n2,10.5\n3,10\n4,10\n5,20\n6,20\n7,30"));
-    using SEARCH = std::vector<FLOGER_SRCH_INFO>;  // none or one
-    const struct {
-        SEARCH start, stop;
-        int start_record, stop_record;  // that met them; -7: none
-        int num_samples;
-        short result;
-    } kCases[] = {
-        {{sync(EQ, 10, INT_TYPE)}, {sync(EQ, 20, INT_TYPE)}, 3, 5, 2, 0},
-        {{sync(EQ, 20, INT_TYPE)}, {sync(EQ, 30, INT_TYPE)}, 5, 7, 2, 0},
-        {{sync(EQ, 10, INT_TYPE)}, {sync(EQ, 10, INT_TYPE)}, 3, 4, 1, 0},
-        {{sync(EQ, 30, INT_TYPE)}, {sync(EQ, 30, INT_TYPE)}, 7, -7, 1, 0},
-        {{sync(EQ, 99, INT_TYPE)}, {sync(EQ, 10, INT_TYPE)}, -7, -7, 0, -1},
-        {{}, {}, -7, -7, 8, 0},
-        {{}, {sync(EQ, 5, INT_TYPE)}, -7, -7, 8, 0},
-        {{}, {sync(EQ, 20, INT_TYPE)}, -7, 5, 5, 0},
-        {{sync(GE, 20, INT_TYPE)}, {}, 5, -7, 3, 0},
-        {{sync(GT, 10, INT_TYPE)}, {}, 2, -7, 6, 0},
-        {{sync(LE, 5, INT_TYPE)}, {}, 0, -7, 8, 0},
-        {{sync(LT, 5, INT_TYPE)}, {}, -7, -7, 0, -1},
-        {{sync(LT, 6, INT_TYPE)}, {sync(LT, 6, INT_TYPE)}, 0, -7, 8, 0},
-        {{sync(NE, 5, INT_TYPE)}, {sync(NE, 10, INT_TYPE)}, 2, 5, 3, 0},
-        {{sync(EQ, 10.5)}, {sync(GT, 19.9)}, 2, 5, 3, 0},
-        {{sync(NE, NAN)}, {}, -7, -7, 0, -1},
-        {{sync(EQ, 10, INT_TYPE, 99)}, {sync(EQ, 10, INT_TYPE)}, -7, -7, 0, -1},
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(&c - kCases);
-        FLOGER_SRCH_INFO start = c.start.empty() ? sync(EQ, 0) : c.start[0];
-        FLOGER_SRCH_INFO stop = c.stop.empty() ? sync(EQ, 0) : c.stop[0];
+    const auto select = [&](FLOGER_SRCH_INFO* start, FLOGER_SRCH_INFO* stop) {
         FLOGER_DATA_INFO list[2] = {chans[1], chans[0]};
-        EXPECT_EQ(get_logr_data_mem(chans, 2, list, c.start.empty() ? nullptr : &start,
-                                    c.stop.empty() ? nullptr : &stop),
-                  c.result);
-        EXPECT_EQ(start.srch_met_rcd, c.start_record);
-        EXPECT_EQ(stop.srch_met_rcd, c.stop_record);
-        EXPECT_EQ(list[0].num_samples, c.num_samples);
-        EXPECT_EQ(list[1].num_samples, c.num_samples);
-        const int first = std::max(c.start_record, 0);
-        EXPECT_EQ(std::isnan(list[1].data_ptr[0]), c.num_samples == 0);
-        for (int i = 0; c.num_samples != 0 && i <= c.num_samples; ++i)
+        const short result = get_logr_data_mem(chans, 2, list, start, stop);
+        const int n = list[1].num_samples, first = start ? std::max(start->srch_met_rcd, 0) : 0;
+        EXPECT_EQ(list[0].num_samples, n);
+        EXPECT_EQ(std::isnan(list[1].data_ptr[0]), n == 0);
+        for (int i = 0; n != 0 && i <= n; ++i)
             EXPECT_EQ(list[1].data_ptr[i], std::min(first + i, 7));
-    }
+        return fields(result, n, start ? start->srch_met_rcd : -7, stop ? stop->srch_met_rcd : -7);
+    };
+    // result, number of records, the records that met start and stop (-7: none)
+    const auto between = [&](FLOGER_SRCH_INFO start, FLOGER_SRCH_INFO stop) {
+        return select(&start, &stop);
+    };
+    const auto from = [&](FLOGER_SRCH_INFO start) { return select(&start, nullptr); };
+    const auto up_to = [&](FLOGER_SRCH_INFO stop) { return select(nullptr, &stop); };
+    EXPECT_EQ(select(nullptr, nullptr), "0|8|-7|-7");
+    EXPECT_EQ(between(is(EQ, 10), is(EQ, 20)), "0|2|3|5");
+    EXPECT_EQ(between(is(EQ, 20), is(EQ, 30)), "0|2|5|7");
+    EXPECT_EQ(between(is(EQ, 10), is(EQ, 10)), "0|1|3|4");
+    EXPECT_EQ(between(is(EQ, 30), is(EQ, 30)), "0|1|7|-7");
+    EXPECT_EQ(between(is(EQ, 99), is(EQ, 10)), "-1|0|-7|-7");
+    EXPECT_EQ(between(is(LT, 6), is(LT, 6)), "0|8|0|-7");
+    EXPECT_EQ(between(is(NE, 5), is(NE, 10)), "0|3|2|5");
+    EXPECT_EQ(between(is(EQ, 10.5), is(GT, 19.9)), "0|3|2|5");
+    EXPECT_EQ(between(is(EQ, 10, 99), is(EQ, 10)), "-1|0|-7|-7");  // there is no such column
+    EXPECT_EQ(up_to(is(EQ, 5)), "0|8|-7|-7");
+    EXPECT_EQ(up_to(is(EQ, 20)), "0|5|-7|5");
+    EXPECT_EQ(from(is(GE, 20)), "0|3|5|-7");
+    EXPECT_EQ(from(is(GT, 10)), "0|6|2|-7");
+    EXPECT_EQ(from(is(LE, 5)), "0|8|0|-7");
+    EXPECT_EQ(from(is(LT, 5)), "-1|0|-7|-7");
+    EXPECT_EQ(from(is(NE, NAN)), "-1|0|-7|-7");
 }
 
 TEST(LoggerData, ListEntriesAreChannelsByColumnAndName) {
     FLOGER_DATA_INFO* const chans = load(TEMPORARY_FILE(kTwoChannels + "0,1\n1,2\n"));
-    const struct {
-        const char* name;
-        short column;
-        int num_samples;
-    } kCases[] = {{"time", 0, 2},  {"SYNC", 1, 2}, {"time", 1, 0}, {"", 0, 0},
-                  {"time", -1, 0}, {"SYNC", 2, 0}, {"x", 32767, 0}};
-    for (const auto& [name, column, num_samples] : kCases) {
+    const std::tuple<const char*, short, int> cases[] = {
+        {"time", 0, 2},  {"SYNC", 1, 2}, {"time", 1, 0}, {"", 0, 0},
+        {"time", -1, 0}, {"SYNC", 2, 0}, {"x", 32767, 0}};
+    for (const auto& [name, column, num_samples] : cases) {
         FLOGER_DATA_INFO entry{};
         std::strcpy(entry.chan_name, name);
         entry.column_index = column;

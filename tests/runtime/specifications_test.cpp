@@ -5,6 +5,7 @@
 #include "runtime/string_operations.h"
 #include "tests/task_test.h"
 
+using tests::fields;
 using LINES = std::vector<int>;
 
 namespace {
@@ -88,22 +89,13 @@ V4 '4 5'
     EXPECT_EQ(channel(ci.subsystem_logi_channels[1]), "SCR,-,SCR_ON,");
     EXPECT_EQ(channel(ci.subsys_logi_grp_channels[1][1]), "S2,pa,SK2,");
     EXPECT_STREQ(ci.maps[1], "M 2");
-    EXPECT_STREQ(ci.map_keys[0][FEL_NOX].value, "2.7");
-    EXPECT_STREQ(ci.map_keys[0][FEL_NOX].units, "g/kw_hr");
-    EXPECT_STREQ(ci.map_keys[0][FEL_CO].value, "1");
-    EXPECT_STREQ(ci.map_keys[0][FEL_CO].units, "");
+    const CI_MEMBER &fel = ci.map_keys[0][FEL_NOX], &co = ci.map_keys[0][FEL_CO];
+    EXPECT_EQ(fields(fel.value, fel.units, co.value, co.units), "2.7|g/kw_hr|1|");
     EXPECT_STREQ(ci.map_keys[1][INTERM_SPEED].value, "1500");
-    EXPECT_STREQ(ci.ecm[0].ecm_name, "main");
-    EXPECT_STREQ(ci.ecm[0].ecm_model, "CM2350");
-    EXPECT_STREQ(ci.ecm[0].map_ecm_overrides[1][1].string, "V2");
-    EXPECT_STREQ(ci.ecm[1].activity_ecm_overrides[0][0].value, "4 5");
-}
-
-TEST(CiSpecs, FieldsAreCutToTheirWidths) {
-    const std::string cut(79, 'x'), wide = cut + "x ";
-    read_specification("@DATA_CHANNELS\n" + wide + "abcdefghijklmnopqrst " + wide + wide);
-    EXPECT_EQ(channel(Customer_input.data_channels[0]),
-              cut + ",abcdefghijklmno," + cut + "," + cut);
+    const ECM_DATA &main = ci.ecm[0], &second = ci.ecm[1];
+    EXPECT_EQ(fields(main.ecm_name, main.ecm_model, main.map_ecm_overrides[1][1].string,
+                     second.activity_ecm_overrides[0][0].value),
+              "main|CM2350|V2|4 5");
 }
 
 TEST(CiSpecs, VersionThatIsNoNumberIsReported) {
@@ -144,13 +136,10 @@ V 1
 )"),
               (LINES{1, 2, 5, 9, 10, 11, 13, 14, 15, 16, 17, 18, 19, 20, 22, 24, 25, 27}));
     const CVS_CI& ci = Customer_input;
-    EXPECT_EQ(ci.num_maps, 1);
-    EXPECT_EQ(ci.num_data_chns, 0);
-    EXPECT_EQ(ci.num_subsystems, 0);
-    EXPECT_EQ(ci.num_ecms, 1);
-    EXPECT_STREQ(ci.map_keys[0][FEL_NOX].value, "2");
-    EXPECT_STREQ(ci.ecm[0].ecm_overrides[0].string, "");
-    EXPECT_STREQ(ci.ecm[0].map_ecm_overrides[0][0].string, "");
+    EXPECT_EQ(fields(ci.num_maps, ci.num_data_chns, ci.num_subsystems, ci.num_ecms), "1|0|0|1");
+    EXPECT_EQ(fields(ci.map_keys[0][FEL_NOX].value, ci.ecm[0].ecm_overrides[0].string,
+                     ci.ecm[0].map_ecm_overrides[0][0].string),
+              "2||");
     EXPECT_EQ(read_specification("@X\ny\n@VERSION\n7\n"), LINES{1});
 }
 
@@ -188,30 +177,17 @@ B 3
 )"),
               "Fuel used");
     const CELL_CONFIG& config = Emis_data.cell_cfg;
-    const EMIS_MEMBER* const water = config.cw_h2o_inpt_opts;
-    EXPECT_EQ(+water[0].active, 1);
-    EXPECT_STREQ(water[0].emis_keywd, "W");
-    EXPECT_STREQ(water[0].value, "1");
-    EXPECT_STREQ(water[0].keywd, "CVS_W");
-    EXPECT_EQ(+water[1].active, 0);
-    EXPECT_STREQ(water[1].keywd, "");
-    const EMIS_MEMBER* const correction = config.bkgnd_corr_opts;
-    EXPECT_EQ(+correction[0].active, 1);
-    EXPECT_STREQ(correction[0].emis_keywd, "B_NOX");
-    EXPECT_STREQ(correction[0].value, "-999989");
-    EXPECT_STREQ(correction[0].keywd, "");
-    EXPECT_EQ(+correction[1].active, 0);
+    const EMIS_MEMBER &water = config.cw_h2o_inpt_opts[0], &none = config.cw_h2o_inpt_opts[1];
+    EXPECT_EQ(fields(+water.active, water.emis_keywd, water.value, water.keywd), "1|W|1|CVS_W");
+    EXPECT_EQ(fields(+none.active, none.keywd), "0|");
+    const EMIS_MEMBER &nox = config.bkgnd_corr_opts[0], &co = config.bkgnd_corr_opts[1];
+    EXPECT_EQ(fields(+nox.active, nox.emis_keywd, nox.value, nox.keywd), "1|B_NOX|-999989|");
+    EXPECT_EQ(+co.active, 0);
     const FLUID_STREAM_LIMITS& limits = config.fluid_limits[29];
-    EXPECT_EQ(+limits.active, 1);
-    EXPECT_STREQ(limits.emis_keywd, "T29");
-    EXPECT_STREQ(limits.chan_keywd, "INLET_T");
-    EXPECT_STREQ(limits.low_limit, "20.0");
-    EXPECT_STREQ(limits.upper_limit, "30.0");
-    EXPECT_STREQ(limits.units, "deg_c");
-    EXPECT_STREQ(limits.meas_loc, "at filter");
-    EXPECT_EQ(+config.fluids[0].active, 1);
-    EXPECT_STREQ(config.fluids[0].stream[0], "INTAKE AIR");
-    EXPECT_STREQ(config.fluids[0].stream[1], "");
-    EXPECT_STREQ(config.fluids[15].stream[0], "F14");
-    EXPECT_STREQ(config.fluids[15].stream[24], "S23");
+    EXPECT_EQ(fields(+limits.active, limits.emis_keywd, limits.chan_keywd, limits.low_limit,
+                     limits.upper_limit, limits.units, limits.meas_loc),
+              "1|T29|INLET_T|20.0|30.0|deg_c|at filter");
+    const FLUID_STREAMS &first = config.fluids[0], &last = config.fluids[15];
+    EXPECT_EQ(fields(+first.active, first.stream[0], first.stream[1]), "1|INTAKE AIR|");
+    EXPECT_EQ(fields(last.stream[0], last.stream[24]), "F14|S23");
 }

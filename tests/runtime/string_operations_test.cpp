@@ -9,27 +9,24 @@
 #include "runtime/tokens.h"
 #include "tests/runtime/temporary_file.h"
 
+using tests::fields;
 using tests::TEMPORARY_FILE;
 
 TEST(Strings, AreCopiedAndChangedInPlace) {
-    const struct {
-        const char *text, *copy, *trimmed, *stripped,
-            *upper;  // the copy in a field of 5 characters
-    } kCases[] = {{"", "", "", "", ""},
-                  {"   ", "   ", "", "", "   "},
-                  {"abcd", "abcd", "abcd", "abcd", "ABCD"},
-                  {"aZ_@[`{é", "aZ_@", "aZ_@[`{é", "aZ_@[`{é", "AZ_@[`{é"},
-                  {"  a\t ", "  a\t", "  a\t", "a\t ", "  A\t "}};
-    for (const auto& [text, copy, trimmed, stripped, upper] : kCases) {
-        char copied[5], changed[16];
-        copyn("test", 1, copied, text, 5);
-        EXPECT_STREQ(copied, copy);
-        string_trim(std::strcpy(changed, text));
-        EXPECT_STREQ(changed, trimmed);
-        string_strip(std::strcpy(changed, text));
-        EXPECT_STREQ(changed, stripped);
-        EXPECT_EQ(strupr(std::strcpy(changed, text)), changed);
-        EXPECT_STREQ(changed, upper);
+    // a text, and how it is copied into 5 characters, trimmed, stripped, and in upper case
+    const std::pair<const char*, const char*> cases[] = {
+        {"", "|||"},
+        {"   ", "   |||   "},
+        {"abcd", "abcd|abcd|abcd|ABCD"},
+        {"aZ_@[`{é", "aZ_@|aZ_@[`{é|aZ_@[`{é|AZ_@[`{é"},
+        {"  a\t ", "  a\t|  a\t|a\t |  A\t "}};
+    for (const auto& [text, expected] : cases) {
+        char copy[5], trimmed[16], stripped[16], upper[16];
+        copyn("test", 1, copy, text, 5);
+        string_trim(std::strcpy(trimmed, text));
+        string_strip(std::strcpy(stripped, text));
+        EXPECT_EQ(strupr(std::strcpy(upper, text)), upper);
+        EXPECT_EQ(fields(copy, trimmed, stripped, upper), expected);
     }
 }
 
@@ -73,35 +70,26 @@ TEST(Tokens, StayWithinTheirTable) {
         char texts[3][80];
         TOKEN_TYPE types[3];
         EXPECT_EQ(parse_line(line.c_str(), 3, 80, 65, texts[0], types), 3);
-        EXPECT_EQ(texts[0], std::string(79, 'x'));
-        EXPECT_STREQ(texts[1], "2");
-        EXPECT_STREQ(texts[2], "c");
-        EXPECT_EQ(types[0], type);
-        EXPECT_EQ(types[1], SPACE_DELIMITED_NUMBER_TOKEN);
-        EXPECT_EQ(types[2], SPACE_DELIMITED_STRING_TOKEN);
+        EXPECT_EQ(fields(texts[0], texts[1], texts[2]), wide.substr(0, 79) + "|2|c");
+        EXPECT_EQ(fields(types[0], types[1], types[2]), fields(type, 2, 3));
     }
 }
 
 TEST(Paths, SplitIntoDirectoryNameAndExtension) {
-    const std::string wide(303, 'x'), fitting(48, 'x');
-    const struct {
-        std::string path, directory, name, extension;
-    } kCases[] = {
-        {"/maps/M123/restr.dat", "/maps/M123/", "restr", ".dat"},
-        {"em_bench.42", "", "em_bench", ".42"},
-        {"../a.b/c", "../a.b/", "c", ""},
-        {"/tests/", "/tests/", "", ""},
-        {"", "", "", ""},
-        {"a.b.c", "", "a.b", ".c"},
-        {".profile", "", "", ".profile"},
-        {"name.", "", "name", "."},
-        {wide + "/" + wide + "." + wide, wide.substr(0, 256), fitting, "." + fitting.substr(1)}};
-    for (const auto& [path, directory, name, extension] : kCases) {
+    const std::string wide(303, 'x'), dir(256, 'x'), name(48, 'x');
+    const std::pair<std::string, std::string> cases[] = {
+        {"/maps/M123/restr.dat", "|/maps/M123/|restr|.dat"},
+        {"em_bench.42", "||em_bench|.42"},
+        {"../a.b/c", "|../a.b/|c|"},
+        {"/tests/", "|/tests/||"},
+        {"", "|||"},
+        {"a.b.c", "||a.b|.c"},
+        {".profile", "|||.profile"},
+        {"name.", "||name|."},
+        {wide + "/" + wide + "." + wide, "|" + dir + "|" + name + "|." + name.substr(1)}};
+    for (const auto& [path, expected] : cases) {
         const PATH_PARTS parts(path.c_str());
-        EXPECT_STREQ(parts.node, "");
-        EXPECT_EQ(parts.dir, directory);
-        EXPECT_EQ(parts.name, name);
-        EXPECT_EQ(parts.ext, extension);
+        EXPECT_EQ(fields(parts.node, parts.dir, parts.name, parts.ext), expected);
     }
 }
 

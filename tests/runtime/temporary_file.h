@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <regex>
+#include <sstream>
 #include <string>
 
 namespace tests {
@@ -67,6 +68,14 @@ class TEST_LOG : public TEMPORARY_FILE {
 inline std::string unfolded(const std::string& text) {
     static const std::regex fold("^\n|\\\\\n");
     return std::regex_replace(text, fold, "");
+}
+
+// Results as text, with bars between.
+template <class... VALUES>
+std::string fields(const VALUES&... values) {
+    std::ostringstream result;
+    ((result << '|' << values), ...);
+    return result.str().substr(1);
 }
 
 }  // namespace tests
