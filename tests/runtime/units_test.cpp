@@ -128,11 +128,12 @@ TEST(Units, WhatDoesNotConvertKeepsItsValue) {
         {1.5, "m", "ft4"}, {1.5, "sec", "sec2"},    {1.5, "kg/s", "lb/"},
         {1.5, "hz", "/s"}, {1.5, "kg/s", "lb//hr"}, {1.5, "kg/s", "lb hr"},
         {NAN, "kg", "lb"}, {-INFINITY, "kg", "lb"}, {INFINITY, "deg_c", "deg_k"}};
-    double result = 0.0;
     for (const auto& [value, from, to] : cases) {
+        double result = 0.0;
         EXPECT_EQ(units_dbl_keyword_convrt(value, from, &result, to), -1) << from;
         EXPECT_TRUE(std::isnan(value) ? std::isnan(result) : result == value) << from;
     }
+    double result = 0.0;
     EXPECT_EQ(units_dbl_to_def(1.5, "bogus", &result), -1);
     EXPECT_EQ(result, 1.5);
     int code = 7;
