@@ -90,7 +90,8 @@ V4 '4 5'
     EXPECT_EQ(channel(ci.subsys_logi_grp_channels[1][1]), "S2,pa,SK2,");
     EXPECT_STREQ(ci.maps[1], "M 2");
     const CI_MEMBER &fel = ci.map_keys[0][FEL_NOX], &co = ci.map_keys[0][FEL_CO];
-    EXPECT_EQ(fields(fel.value, fel.units, co.value, co.units), "2.7|g/kw_hr|1|");
+    EXPECT_EQ(fields(fel.string, fel.value, fel.units), "FEL_NOX|2.7|g/kw_hr");
+    EXPECT_EQ(fields(co.string, co.value, co.units), "FEL_CO|1|");
     EXPECT_STREQ(ci.map_keys[1][INTERM_SPEED].value, "1500");
     const ECM_DATA &main = ci.ecm[0], &second = ci.ecm[1];
     EXPECT_EQ(fields(main.ecm_name, main.ecm_model, main.map_ecm_overrides[1][1].string,
