@@ -17,10 +17,10 @@ struct TextHash {
 
 struct IndexMap {
     std::unordered_map<std::string, short, TextHash, std::equal_to<>> index_of;
-    std::vector<const char*> text_of;  // by index; no text where there is none
+    std::vector<const char*> text_of;  // by index; nullptr where there is none
 };
 
-// Kept until the process ends, so that texts handed out stay valid.
+// Never freed, so returned texts stay valid.
 std::map<short, IndexMap>& index_maps() {
     static auto* maps = new std::map<short, IndexMap>;
     return *maps;

@@ -32,7 +32,7 @@ constexpr int kDigits = 26;
 constexpr int kOthers = 27;
 constexpr int kGroups = 28;
 
-// The group of rows in which a keyword stands: its first letter, a digit, or anything else.
+// The group of a keyword: its first letter, a digit, or anything else.
 int group_of(const char* keyword) {
     const char c = keyword[0];
     if (c >= 'A' && c <= 'Z') return c - 'A';
@@ -102,7 +102,7 @@ void* get_shrd_mem(SM_AREA_ID area, int /*size*/) {
     const char* filename = keyword_memory_filename();
     FILE* file = area == KEYWORD_MEM ? open_for_reading(filename) : nullptr;
     if (file == nullptr) return nullptr;
-    // Only the rows of an earlier reading hold anything; the area is large.
+    // The area is large, so only the rows of an earlier reading are cleared.
     std::memset(keyword_area.keyword_table, 0,
                 static_cast<std::size_t>(keyword_area.search_table[kGroups]) * sizeof(PAM_KEYWORD));
     variables().clear();
