@@ -21,10 +21,10 @@ namespace {
 constexpr short kNameWidth = 20;
 constexpr short kValueWidth = 304;
 
-char Quon_End_Buffer[131072];  // of the quon5 file
+char Quon_End_Buffer[131072];  // output buffer of the quon5 file
 
-// The entries of the orda specs file and the rows of Tr_em_data_chans that take them, in the order
-// of the look-ups.
+// The entries of the orda specs file and their rows of Tr_em_data_chans, in the order of the
+// look-ups.
 struct LabelEntry {
     const char* keyword;
     DATA_CHAN_INDICES row;
@@ -112,8 +112,8 @@ void store_values(const char (&values)[NUM_KEYWORD_ARGUMENTS][kValueWidth]) {
     }
 }
 
-// Registers the first `count` names with their row numbers. False, logged as `Refused`, when one
-// cannot be registered.
+// Registers the first `count` names with their row numbers. Returns false and logs `Refused` when
+// one is refused.
 template <MESSAGE_NAME Refused>
 bool register_names(const char (*names)[80], short count, INDEX_MAPS map) {
     for (short i = 0; i < count; ++i) {
@@ -143,7 +143,7 @@ short open_logger_data_file() {
     return -1;
 }
 
-// Reads the logger labels; the keywords that are missing are logged together.
+// Reads the logger labels. One entry logs all missing keywords.
 short read_labels(FILE* orda_specs) {
     char problems[2048] = "";
     std::size_t length = 0;
@@ -162,8 +162,7 @@ short read_labels(FILE* orda_specs) {
     return -1;
 }
 
-// Opens the files of the run and reads the labels. The first failure, which is logged, skips the
-// rest.
+// Opens the files of the run and reads the labels. Logs the first failure and skips the rest.
 short open_files() {
     FILE* orda_specs = open_for_reading(Orda_specs_filename);
     if (orda_specs == nullptr) {

@@ -31,8 +31,8 @@ has at most 303 characters and may be empty. Environment, exit status and error 
 formats of the files: quon5-files(5).)");
 }
 
-// A file opened in the place of a standard stream that was closed would take what is written there:
-// an output would begin with entries of the error log.
+// A file opened in place of a closed standard stream would take its text: an output would begin
+// with entries of the error log.
 void open_standard_streams() {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) < 0) open("/dev/null", O_RDWR);
@@ -44,9 +44,9 @@ void open_standard_streams() {
 int main(int argc, char** argv) {
     const int answered = answer_question(argc, argv, TAVRIN_VER, print_help);
     if (answered >= 0) return answered;
-    // Numbers are read and printed the same way whatever locale a linked library may set.
+    // No locale of a linked library changes how numbers are read and printed.
     uselocale(c_locale());
-    // A write beyond the limit of file sizes, or to a pipe that nobody reads, is to fail.
+    // A write beyond the limit of file sizes, or to a pipe without a reader, must fail.
     for (const int end : {SIGXFSZ, SIGPIPE}) signal(end, SIG_IGN);
     open_standard_streams();
     int status = 1;

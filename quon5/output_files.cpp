@@ -6,7 +6,7 @@
 
 namespace {
 
-// The composite and the quon5 file of append mode take up what they hold.
+// Append mode appends to the composite and the quon5 file.
 bool appends(ARGUMENT_USE output) {
     return output != FILTER_DATA_FILE && append_mode();
 }
@@ -23,7 +23,7 @@ NAMED_FILE file_spoiled_by(ARGUMENT_USE output) {
     const NAMED_FILE file = output_file(output);
     const auto is_spoiled = [&](const char* other) { return is_same_file(file.filename, other); };
     for (short use = UNOPENED_FILE; use < output; ++use) {
-        // A sibling that is the quon5 file itself is not joined to it.
+        // file_append refuses a sibling that is the quon5 file itself.
         if (use == SIBLING_FILE && output == QUON5_FILE && appends(output)) continue;
         for (short row = 0; row < NUM_KEYWORD_ARGUMENTS; ++row) {
             const char* const other = Argument_values[row].text;

@@ -33,7 +33,7 @@ constexpr int kDigits = 26;
 constexpr int kOthers = 27;
 constexpr int kGroups = 28;
 
-// The group of rows in which a keyword stands: its first letter, a digit, or anything else.
+// The group of a keyword: its first letter, a digit, or anything else.
 int group_of(const char* keyword) {
     const char c = keyword[0];
     if (c >= 'A' && c <= 'Z') return c - 'A';

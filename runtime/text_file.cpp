@@ -17,8 +17,8 @@ void count_line() {
 }
 
 // Reads one physical line, cut to LINE_SIZE - 1 characters, without its line end. False at the end
-// of the file, and where it cannot be read: the beginning of a line would pass for all of it.
-// Characters after a NUL are part of the line but not of its text.
+// of the file and after a failed read: a truncated line must not pass for a whole one. Characters
+// after a NUL belong to the line but not to its text.
 bool read_physical_line(FILE* fp, char* line) {
     std::size_t length = 0;
     int last = 0;
@@ -69,7 +69,7 @@ short get_next_line(FILE* fp, char* line) {
     do {
         if (!read_physical_line(fp, line)) return END_OF_FILE;
     } while (is_skipped(line));
-    // What follows this line are records; the next read is to find the end of the file.
+    // Records follow this line. The next read must find the end of the file.
     if (is_keyword_line(line, kRecordsKeyword)) fseek(fp, 0, SEEK_END);
     return 1;
 }
