@@ -8,49 +8,6 @@
 
 namespace {
 
-<<<<<<< HEAD
-using namespace reader_test;
-
-// The count and the active entries that the specified channels of the log file get.
-std::string computed(const std::string& specified) {
-    get_logr_chan_info_mem("logger", &All_chans);
-    std::remove("log");  // the time channel is to be the first
-    index_logged_channels();
-    for (int slot = 0; const std::string& label : split(specified, " ")) {
-        CI_CHANNEL& channel = Customer_input.statistical_channels[slot++];
-        copyn(channel.label, label.c_str());
-        copyn(channel.pam_keyword, ("K_" + label).c_str());
-    }
-    short count = -1;
-    proc_stat_chans(find_logged_channel("SYNC"), &count);
-    std::ostringstream result;
-    result << count << '\n';
-    for (const STAT_CHANS& entry : Emis_data.stat_chans) {
-        if (entry.active != 1) continue;
-        result << entry.label << ' ' << entry.keywd << ' ' << entry.units;
-        // initial, mean, minimum, maximum, deviation
-        for (const int i : {6, 0, 1, 2, 4}) result << ' ' << +entry.statvr.stat[i].value;
-        result << '\n';
-    }
-    return result.str();
-}
-
-// That for a log of these columns in these sync phases. A column holds the squares of the record
-// numbers, raised by 100 in the first one after time and SYNC, by 200 in the second and so on.
-std::string statistics(const std::string& columns, const std::string& phases,
-                       const std::string& specified) {
-    std::string log = "@LOGGED_CHANNELS";
-    for (const std::string& column : split(columns, " "))
-        log += " / " + column + " u_" + column + " 1";
-    log += " / @LOGGED_RECORDS";
-    for (int record = 0; const std::string& phase : split(phases, " ")) {
-        std::string line;
-        int raised = record * record;
-        for (const std::string& column : split(columns, " ")) {
-            line += column == "SYNC"   ? ',' + phase
-                    : column == "time" ? ',' + std::to_string(record)
-                                       : ',' + std::to_string(raised += 100);
-=======
 class StatisticalChannels : public tests::TASK_TEST {
  protected:
     // The number of channels, and the entries: label, keyword, units, initial value, mean,
@@ -65,7 +22,6 @@ class StatisticalChannels : public tests::TASK_TEST {
         for (std::string label; std::getline(labels, label, ','); ++channel) {
             std::strcpy(channel->label, label.c_str());
             std::strcpy(channel->pam_keyword, ("K_" + label).c_str());
->>>>>>> 47a6e76e11b82bf391a6a92209f5215dea77f80b
         }
         short count = -1;
         proc_stat_chans(find_logged_channel("SYNC"), &count);

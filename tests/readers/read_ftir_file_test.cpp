@@ -2,16 +2,10 @@
 #include "quon5/readers/read_ftir_file.h"
 
 #include "quon5/readers/chk_kw_n_specs.h"
-<<<<<<< HEAD
 #include "quon5/readers/read_ftir_file.h"
-#include "runtime/string_operations.h"
-#include "tests/readers/reader_test.h"
-=======
-#include "quon5/readers/ftir_keywords.h"
 #include "quon5/readers/read_em_data.h"
 #include "tests/readers/record_text.h"
 #include "tests/task_test.h"
->>>>>>> 47a6e76e11b82bf391a6a92209f5215dea77f80b
 
 namespace {
 
@@ -50,56 +44,6 @@ TEST_F(FtirFile, KeywordsOfTheTestSpecification) {
     CVS_CI& ci = Customer_input;
     ci.num_data_chns = ci.num_chn_groups = ci.num_ecm_chns = ci.num_subsystems = 1;
     ci.num_AI_chns = ci.num_stat_chns = ci.num_chn_group_chns[0] = ci.num_subsys_grp_chns[0] = 1;
-<<<<<<< HEAD
-    const auto look_up = [](auto*... channels) {
-        std::string found;
-        for (CI_CHANNEL* const channel : {channels...}) {
-            copyn(channel->pam_keyword, "a@lm");
-            for (const char* keyword : {"A@LM", "a@lm", "A"})
-                found += std::to_string(chk_pkw_in_cvsci_specs(keyword));
-            channel->pam_keyword[0] = '\0';
-        }
-        return found;
-    };
-    EXPECT_EQ(look_up(ci.data_channels, ci.chn_group_channels[0], ci.ecm_channels,
-                      ci.subsys_logi_grp_channels[0]),
-              "100100100100");
-    EXPECT_EQ(look_up(ci.data_channels + 1, ci.chn_group_channels[1], ci.AI_channels,
-                      ci.statistical_channels, ci.subsystem_logi_channels),
-              "000000000000000");
-}
-
-const char kSpecified[] =
-    "AT1_CW_CO_MEA@2 AT1_CW_CO_MEA@LM AT1_CD_NO_MEA@99 EXH_CW_NO_MEA CVS_CW_CO2_MEA "
-    "AT2_CW_CO_MEA@X";
-
-TEST(FtirFile, Entries) {
-    // The entry test: channel name, extension, foreign deskew channel, test specification. Sections
-    // given twice; sections that are not accepted; fields cut to their widths.
-    for (const CASE& c : cases(R"(
-        @DESKEW_TIMES / AT1_CW_CO_MEA@2 1.5 sec / EXH_CW_NO_MEA => deskew[0] AT1_CW_CO_MEA@2|1.5|1.5|sec ; deskew[1] EXH_CW_NO_MEA|0||
-        @DESKEW_TIMES / EXH_CW_NO_MEA 1.5s / AT1_CW_CO_MEA@2 +1e1 ~20 => deskew[0] AT1_CW_CO_MEA@2|10|+1e1|~15 ; ! deskew-time 1.5s|2
-        @DESKEW_TIMES / EXH_CW_NO_MEA x / EXH_CW_NO_MEA 1,5 / EXH_CW_NO_MEA " " => ! deskew-time x|2 ; ! deskew-time 1,5|3 ; ! deskew-time  |4
-        @DESKEW_TIMES / XYZ@X 1x / AT2_CW_CO_MEA@X 1x / CVS_CW_CO2_MEA@100 1 / at1_cw_co_mea@2 1 => ! deskew XYZ@X|2 ; ! deskew-ext AT2_CW_CO_MEA@X|3 ; ! deskew-ext CVS_CW_CO2_MEA@100|4 ; ! deskew at1_cw_co_mea@2|5
-        @DESKEW_TIMES / CVS_CW_CO2_MEA 1x / AT1_CW_CO_MEA 1x / AT1_CW_CO_MEA@3 1x => ! deskew-foreign CVS_CW_CO2_MEA
-        @DESKEW_TIMES / AT1_CW_CO_MEA@2 1 / @DESKEW_TIMES / AT1_CD_NO_MEA@99 2 => deskew[0] AT1_CW_CO_MEA@2|1|1| ; deskew[1] AT1_CD_NO_MEA@99|2|2|
-        @CONT_CHAN_DET_METHOD / AT1_CW_CO_MEA@LM m a b "c  d" / EXH_CW_NO_MEA => method[0] 1|AT1_CW_CO_MEA@LM|m|a b c  d ; method[1] 1|EXH_CW_NO_MEA||
-        @CONT_CHAN_DET_METHOD / EXH_CW_NO_MEA m ~70 ~8 y z / XYZ / AT2_CW_CO_MEA@X => method[0] 1|EXH_CW_NO_MEA|m|~70 ~8 ; ! channel XYZ|3 ; ! channel-ext AT2_CW_CO_MEA@X|4
-        @CONT_CHAN_DET_METHOD / EXH_CW_NO_MEA a / @CONT_CHAN_DET_METHOD / CVS_CW_CO2_MEA b => method[0] 1|EXH_CW_NO_MEA|a| ; method[1] 1|CVS_CW_CO2_MEA|b|
-        @CONT_CHAN_UL_VAL / EXH_CW_NO_MEA ~99 ~20 / CVS_CW_CO2_MEA / AT1_CW_CO_MEA 1 => value[2][0] 1|EXH_CW_NO_MEA|~79|~15 ; value[2][1] 1|CVS_CW_CO2_MEA||
-        @CONT_CHAN_UL_VAL / EXH_CW_NO_MEA 1 / EXH_CW_NO_MEA 2 / @CONT_CHAN_UL_VAL / CVS_CW_CO2_MEA 3 => value[2][0] 1|CVS_CW_CO2_MEA|3|
-        @CONT_CHAN_UL_VAL / EXH_CW_NO_MEA 1 / @CONT_CHAN_UL_VAL / AT1_CW_CO_MEA 3 => 
-        @CONT_CHAN_LL_VAL / EXH_CW_NO_MEA 3 / @CONT_CHAN_PRETEST_ZERO / EXH_CW_NO_MEA 6 / @CONT_CHAN_PRETEST_SPAN / EXH_CW_NO_MEA 7 => value[3][0] 1|EXH_CW_NO_MEA|3| ; value[6][0] 1|EXH_CW_NO_MEA|6| ; value[7][0] 1|EXH_CW_NO_MEA|7|
-        @CONT_CHAN_POSTTEST_ZERO / EXH_CW_NO_MEA 8 / @CONT_CHAN_POSTTEST_SPAN / EXH_CW_NO_MEA 9 / @CONT_CHAN_REF_SPAN / EXH_CW_NO_MEA 10 => value[8][0] 1|EXH_CW_NO_MEA|8| ; value[9][0] 1|EXH_CW_NO_MEA|9| ; value[10][0] 1|EXH_CW_NO_MEA|10|
-        @CONT_CHAN_REF_SPAN / XYZ / AT2_CW_CO_MEA@X 1 / "" => ! channel XYZ|2 ; ! channel-ext AT2_CW_CO_MEA@X|3 ; ! channel |4
-        @PRIMARY_CHOICES / ?  EXH_CW_NO_MEA "a  b" ~80 / EXH_CW_NO_MEA / ? AT2_CW_CO_MEA@X => primary[0] 1|?  EXH_CW_NO_MEA "a  b" ~55 ; ! channel |3 ; ! channel-ext AT2_CW_CO_MEA@X|4
-        EXH_CW_NO_MEA / @SAMPL_BAG_CONC more / XYZ 1 / @NONE / XYZ / @DESKEW_TIMES_2 => ! ftir-keyword @SAMPL_BAG_CONC|2 ; ! ftir-keyword @NONE|4 ; ! ftir-keyword @DESKEW_TIMES_2|6
-        @LEAK_TEST_VALIDATION / T 1 2 l 3 l AT1_CW_CO_MEA@2 XYZ AT2_CW_CO_MEA@X AT1_CW_CO_MEA EXH_CW_NO_MEA 2021/03/04-10:11:12 => train[0] 1|T|1|2|l|3|l|2021/03/04-10:11:1|AT1_CW_CO_MEA@2|EXH_CW_NO_MEA ; read_ftir_file 65 30000 Entry ignored-LEAK TEST keywd = <XYZ> in file <ftir> at line=2 is invalid ; read_ftir_file 1 30000 Entry ignored - LEAK TEST keywd - An invalid PAM_keyword extension has been used for - <AT2_CW_CO_MEA@X> in file <ftir> at line=2
-        @LEAK_TEST_VALIDATION / ~99 ~99 ~99 ~99 ~99 ~99 EXH_CW_NO_MEA CVS_CW_CO2_MEA / 10:11 => train[0] 1|~44|~79|~79|~15|~79|~15||EXH_CW_NO_MEA|CVS_CW_CO2_MEA ; train[1] 1|10:11||||||10:11
-    )")) {
-        const auto read = [] { return read_ftir(kSpecified); };
-        EXPECT_EQ(run({{"ftir", c.lines}}, read), c.entries) << c.lines;
-=======
     for (CI_CHANNEL* const channel : {ci.data_channels, ci.chn_group_channels[0], ci.ecm_channels,
                                       ci.subsys_logi_grp_channels[0]}) {
         std::strcpy(channel->pam_keyword, "a@lm");
@@ -107,7 +51,6 @@ TEST(FtirFile, Entries) {
         EXPECT_EQ(chk_pkw_in_cvsci_specs("a@lm"), 0);
         EXPECT_EQ(chk_pkw_in_cvsci_specs("A"), 0);
         channel->pam_keyword[0] = '\0';
->>>>>>> 47a6e76e11b82bf391a6a92209f5215dea77f80b
     }
     for (CI_CHANNEL* const channel :
          {ci.data_channels + 1, ci.chn_group_channels[1], ci.AI_channels, ci.statistical_channels,
@@ -177,16 +120,6 @@ TEST_F(FtirFile, DeskewTimesThatBelongElsewhere) {
     }
 }
 
-<<<<<<< HEAD
-TEST(FtirFile, MissingFileLeavesAnEmptyRecord) {
-    const auto read = [] {
-        const std::string before = read_ftir(kSpecified);
-        copyn(FTIR_filename, "missing");
-        return before + read_ftir(kSpecified);
-    };
-    EXPECT_EQ(run({{"ftir", "@DESKEW_TIMES / EXH_CW_NO_MEA 1"}}, read),
-              "deskew[0] EXH_CW_NO_MEA|1|1|\n! ftir missing\n");
-=======
 TEST_F(FtirFile, DetectionMethodsAndChoices) {
     read(R"(EXH_CW_NO_MEA
 @SAMPL_BAG_CONC more
@@ -232,7 +165,6 @@ for - <AT2_CW_CO_MEA@X> in file <ftir> at line=17
 read_ftir_file 65 30000 The keyword <@DESKEW_TIMES_2> is not a valid FTIR keywd in file <ftir> at \
 line <18>
 )"));
->>>>>>> 47a6e76e11b82bf391a6a92209f5215dea77f80b
 }
 
 // A second section of a keyword replaces the first.

@@ -113,13 +113,8 @@ TEST_F(ParticulateCart, MissingFileAndOtherSections) {
         string_associate_indexN("@SEVEN", 7, PM_CART_MAP);
         read_pcd_file(DESKEW_TIMES_PM);  // there is no cart
         for (const char* name : {"missing", "NoPM_available", "later", "missing"}) {
-<<<<<<< HEAD
-            copyn(Pm_cart_filename, name);
-            read_pcd_file(3);
-=======
             std::strcpy(Pm_cart_filename, name);
             read_pcd_file(PROP_SAMPL_MPS_PM);
->>>>>>> 47a6e76e11b82bf391a6a92209f5215dea77f80b
         }
         read_pcd_file(7);
         read_pcd_file(8);

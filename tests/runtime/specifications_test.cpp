@@ -26,11 +26,7 @@ LINES read_specification(const std::string& contents) {
 std::string read_cell_config(const std::string& contents) {
     tests::clear_records();
     const tests::TEMPORARY_FILE file(contents);
-<<<<<<< HEAD
-    copyn(Cell_cfg_filename, file.path());
-=======
     copyn("test", 1, Cell_cfg_filename, file.path(), sizeof Cell_cfg_filename);
->>>>>>> 47a6e76e11b82bf391a6a92209f5215dea77f80b
     read_cell_cfg();
     char label[80];
     return get_fuel_consumed_lbl(label) == 1 ? label : "none";

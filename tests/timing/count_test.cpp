@@ -55,27 +55,6 @@ class FixedCycle : public tests::TASK_TEST {};
 TEST_F(FixedCycle, EndsBeforeTheFirstRecord) {
     std::string records;
     for (int time = -70; time < -25; ++time)
-<<<<<<< HEAD
-        log += " / " + std::to_string(time) + (time < -50 ? ",20" : time < -30 ? ",30" : ",40");
-    const auto count = [] {
-        copyn(Quon5_output_filename, "run7.quon5");
-        copyn(Orda_specs_filename, "orda");
-        copyn(Customer_input.cycles[0], "FTP");
-        copyn(Tr_em_data_chans[EM_SYNC_CHAN], "SYNC");
-        copyn(Tr_em_data_chans[EM_TIME_CHAN], "time");
-        Logr_data_iptr = std::fopen("logger", "r");
-        get_logr_chan_info_mem("logger", &All_chans);
-        index_logged_channels();
-        short channels = -1;
-        int start = -1, cycle = -1, overrun = -1;
-        double cycle_time = -1;
-        data_defn(&channels, &start, &cycle, &overrun, All_chans, &cycle_time);
-        return (std::ostringstream()
-                << start << ' ' << cycle << ' ' << overrun << ' ' << cycle_time)
-                   .str() +
-               '\n';
-    };
-=======
         records += std::to_string(time) + (time < -50 ? ",20\n" : time < -30 ? ",30\n" : ",40\n");
     write("logger", R"(@QUON5_CYCLE_TIME
 0[sec]
@@ -93,7 +72,6 @@ SYNC - 0
     std::strcpy(Tr_em_data_chans[EM_TIME_CHAN], "time");
     get_logr_chan_info_mem("logger", &All_chans);
     index_logged_channels();
->>>>>>> 47a6e76e11b82bf391a6a92209f5215dea77f80b
     const std::string counted =
         "data_defn 257 0 Run = run7, Time based num of records = 0, \n"
         "\t     sync_chan based num of records = 20, \n"
