@@ -191,6 +191,20 @@ void derive_run_number() {
 
 }  // namespace
 
+bool register_species_names() {
+    return register_names<SPECIES_REFUSED>(Em_species_keywds, NUM_EMIS_SPECIES, SPECIES_MAP);
+}
+
+bool register_item_names() {
+    for (const IndexEntry& entry : kIndexEntries) {
+        string_associate_indexN(entry.text, entry.index, entry.map);
+    }
+    return register_names<CHEM_BAL_OPTION_REFUSED>(Chem_bal_options, NUM_CHEM_BAL_OPTIONS,
+                                                   CHEM_BAL_OPTIONS_MAP) &&
+           register_names<CHEM_BAL_SPECIES_REFUSED>(Chem_bal_species, NUM_CHEM_BAL_SPECIES,
+                                                    CHEM_BAL_SPECIES_MAP);
+}
+
 short init(int argc, char** argv) {
     log_file_failures();
     tavrin_init_fn(1);
@@ -208,23 +222,10 @@ short init(int argc, char** argv) {
         return -1;
     }
     store_values(values);
-    if (!register_names<SPECIES_REFUSED>(Em_species_keywds, NUM_EMIS_SPECIES, SPECIES_MAP)) {
-        return -1;
-    }
+    if (!register_species_names()) return -1;
     const short status = open_files();
-    if (status != 0) {
-        LOG(START_FAILED);
-    }
+    if (status != 0) LOG(START_FAILED);
     derive_map();
     derive_run_number();
-    for (const IndexEntry& entry : kIndexEntries) {
-        string_associate_indexN(entry.text, entry.index, entry.map);
-    }
-    if (!register_names<CHEM_BAL_OPTION_REFUSED>(Chem_bal_options, NUM_CHEM_BAL_OPTIONS,
-                                                 CHEM_BAL_OPTIONS_MAP) ||
-        !register_names<CHEM_BAL_SPECIES_REFUSED>(Chem_bal_species, NUM_CHEM_BAL_SPECIES,
-                                                  CHEM_BAL_SPECIES_MAP)) {
-        return -1;
-    }
-    return status;
+    return register_item_names() ? status : short{-1};
 }

@@ -59,7 +59,7 @@ void expect_same_text(double value, int decimals) {
 // The input is the records of a log with one channel; its bytes also are a number to be printed.
 void run_numbers(std::string_view input) {
     LoggerColumns columns(1);
-    set_memory_file("numbers", "@LOGGED_RECORDS\n" + std::string(input));
+    Memory_files["numbers"] = "@LOGGED_RECORDS\n" + std::string(input);
     LineBlocks file("numbers");
     read_records(file, 1, columns);
     int record = 0;
