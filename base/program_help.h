@@ -1,4 +1,4 @@
-// What a program says of itself: the answers to --help and --version.
+// The answers to --help and --version.
 #ifndef QUON5_BASE_PROGRAM_HELP_H
 #define QUON5_BASE_PROGRAM_HELP_H
 
@@ -7,7 +7,7 @@
 
 #include "base/arguments.h"
 
-// One argument of the help text; the manual pages are made from these lines.
+// Prints one argument of the help text. The manual pages are made from these lines.
 inline void print_argument(const KEYWORD_ARGUMENT& argument) {
     printf("  %-20s %s\n", argument.name, argument.meaning);
     for (std::string_view rest = argument.details; !rest.empty();) {
@@ -22,7 +22,8 @@ inline bool is_one_of(std::string_view word, std::string_view first, std::string
 }
 
 // Answers on standard output when --help or --version (-h, -V) is the only word of the command
-// line. Returns the exit status, 1 when the answer cannot be written; -1 when neither is asked for.
+// line. Returns the exit status, 0 or 1 when the answer cannot be written; -1 for any other command
+// line.
 inline int answer_question(int argc, char** argv, const char* version, void (*print_help)()) {
     if (argc != 2) return -1;
     if (is_one_of(argv[1], "-h", "--help")) {

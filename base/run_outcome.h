@@ -6,6 +6,6 @@ struct RUN_OUTCOME {
     bool results_doubtful;  // the run went on, but its results are not to be used
     bool error_logged;      // the task or this runtime logged an entry of mode 65
 };
-extern RUN_OUTCOME Run_outcome;
+extern RUN_OUTCOME Run_outcome;  // all false at the start of a run
 
 #endif

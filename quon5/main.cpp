@@ -13,6 +13,7 @@
 #include "quon5/process_records.h"
 #include "quon5/quon5.h"
 #include "runtime/error_log.h"
+#include "runtime/line_blocks.h"
 #include "runtime/shared_variables.h"
 
 namespace {
@@ -34,7 +35,7 @@ formats of the files: quon5-files(5).)");
 }
 
 bool is_missing(ARGUMENT_USE output) {
-    return access(output_file(output).filename, F_OK) != 0;
+    return !file_exists(output_file(output).filename);
 }
 
 // Whether a run whose steps succeeded fails all the same. Strict mode takes no incomplete result
@@ -46,8 +47,8 @@ bool is_failure() {
     return Run_outcome.error_logged || is_missing(FILTER_DATA_FILE) || is_missing(COMPOSITE_FILE);
 }
 
-// A file opened in the place of a standard stream that was closed would take what is written there:
-// an output would begin with entries of the error log.
+// A file opened in place of a closed standard stream would take its text: an output would begin
+// with entries of the error log.
 void open_standard_streams() {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) < 0) open("/dev/null", O_RDWR);
@@ -59,14 +60,15 @@ void open_standard_streams() {
 int main(int argc, char** argv) {
     const int answered = answer_question(argc, argv, TAVRIN_VER, print_help);
     if (answered >= 0) return answered;
-    // Numbers are read and printed the same way whatever locale a linked library may set.
+    // No locale of a linked library changes how numbers are read and printed.
     uselocale(c_locale());
-    // A write beyond the limit of file sizes, or to a pipe that nobody reads, is to fail.
+    // A write beyond the limit of file sizes, or to a pipe without a reader, must fail.
     for (const int end : {SIGXFSZ, SIGPIPE}) signal(end, SIG_IGN);
     open_standard_streams();
     int status = 1;
     try {
         status = run_sequence(argc, argv);
+    } catch (const ReadFailure&) {  // of the log, which says so
     } catch (const std::exception& failure) {
         LOG(NO_MEMORY, failure.what());
     }

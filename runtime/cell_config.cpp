@@ -76,10 +76,9 @@ void read_section(FILE* file, const Section& section) {
     });
 }
 
-bool Not_opened;  // an entry says so
+bool Not_opened;  // and that is logged
 
-// No stream when the file cannot be opened. The first time is logged: what is not there for one
-// operation is not there for the other.
+// nullptr when the file cannot be opened. Both operations open it, but one entry is enough.
 FILE* open_configuration() {
     FILE* file = open_for_reading(Cell_cfg_filename);
     if (file == nullptr && !Not_opened) {
@@ -95,7 +94,7 @@ void read_cell_cfg(void) {
     for (short entry = 0; entry < NUM_CELL_CFG_ENTRIES; ++entry) {
         string_associate_indexN(kSections[entry].keyword, entry, CELL_CFG_MAP);
     }
-    Not_opened = false;
+    clear_cell_config();
     FILE* file = open_configuration();
     if (file == nullptr) return;
     for (const Section& section : kSections) read_section(file, section);
@@ -113,4 +112,8 @@ short get_fuel_consumed_lbl(char* label) {
     trim(line);
     copyn(label, line, ENTRY_SIZE);
     return 1;
+}
+
+void clear_cell_config() {
+    Not_opened = false;
 }

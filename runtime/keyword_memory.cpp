@@ -8,6 +8,7 @@
 
 #include "base/numbers.h"
 #include "base/open_file.h"
+#include "base/zero_record.h"
 #include "runtime/error_log.h"
 #include "runtime/shared_variables.h"
 #include "runtime/string_operations.h"
@@ -32,7 +33,7 @@ constexpr int kDigits = 26;
 constexpr int kOthers = 27;
 constexpr int kGroups = 28;
 
-// The group of rows in which a keyword stands: its first letter, a digit, or anything else.
+// The group of a keyword: its first letter, a digit, or anything else.
 int group_of(const char* keyword) {
     const char c = keyword[0];
     if (c >= 'A' && c <= 'Z') return c - 'A';
@@ -102,13 +103,15 @@ void* get_shrd_mem(SM_AREA_ID area, int /*size*/) {
     const char* filename = keyword_memory_filename();
     FILE* file = area == KEYWORD_MEM ? open_for_reading(filename) : nullptr;
     if (file == nullptr) return nullptr;
-    // Only the rows of an earlier reading hold anything; the area is large.
-    std::memset(keyword_area.keyword_table, 0,
-                static_cast<std::size_t>(keyword_area.search_table[kGroups]) * sizeof(PAM_KEYWORD));
-    variables().clear();
+    clear_keyword_memory();
     index_rows(read_keyword_file(file, filename));
     fclose(file);
     return &keyword_area;
+}
+
+void clear_keyword_memory() {
+    zero_static_record(keyword_area);
+    variables().clear();
 }
 
 short check_keyword(const char* name, KEYWORD_TYPE type) {
@@ -149,7 +152,7 @@ const void* cnvrt_value(const char* entry, short status, SM_VARI_TYPE type, char
     if (status == 0) {
         real = leading_number(entry, &end);
         const bool whole = end != entry && std::strchr(" \t[", *end) != nullptr;  // or at its end
-        if (!whole) LOG(NOT_WHOLLY_A_NUMBER, entry, Keyword, printable(real));
+        if (!whole && entry[0] != '\0') LOG(NOT_WHOLLY_A_NUMBER, entry, Keyword, printable(real));
     }
     if (end != entry) {
         // `1.5[in_h2o]`, `1.5 [ in_h2o ]`, `1.5 in_h2o`

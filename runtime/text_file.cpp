@@ -18,8 +18,8 @@ void count_line() {
 }
 
 // Reads one physical line, cut to LINE_SIZE - 1 characters, without its line end. False at the end
-// of the file, and where it cannot be read: the beginning of a line would pass for all of it.
-// Characters after a NUL are part of the line but not of its text.
+// of the file and after a failed read: a truncated line must not pass for a whole one. Characters
+// after a NUL belong to the line but not to its text.
 bool read_physical_line(FILE* fp, char* line) {
     std::size_t length = 0;
     int last = 0;
@@ -73,6 +73,13 @@ bool skip_to_keyword_line(FILE* fp) {
     return false;
 }
 
+// A file of the system may have no end to go to.
+void go_to_end(FILE* fp) {
+    const long read = ftell(fp);
+    if (fseek(fp, 0, SEEK_END) == 0 && ftell(fp) >= read) return;
+    while (getc_unlocked(fp) != EOF) continue;
+}
+
 bool is_skipped(const char* line) {
     const char first = line[std::strspn(line, kBlanksAndTabs)];
     return first == '\0' || first == '#';
@@ -88,8 +95,8 @@ short get_next_line(FILE* fp, char* line) {
     do {
         if (!read_physical_line(fp, line)) return END_OF_FILE;
     } while (is_skipped(line));
-    // What follows this line are records; the next read is to find the end of the file.
-    if (is_keyword_line(line, kRecordsKeyword)) fseek(fp, 0, SEEK_END);
+    // Records follow this line. The next read must find the end of the file.
+    if (is_keyword_line(line, kRecordsKeyword)) go_to_end(fp);
     return 1;
 }
 

@@ -16,12 +16,12 @@
 
 namespace {
 
-// The rows of Tr_em_data_chans that hold the labels, by FILT_DATA_CHAN_INDICES.
+// Rows of Tr_em_data_chans with the labels, by FILT_DATA_CHAN_INDICES.
 constexpr DATA_CHAN_INDICES kLabelRows[NUM_FD_DATA_LBLS] = {
     EM_TOT_MPS_FILT_FLOW, EM_TOT_MPS_SEC_DIL_FLOW, EM_TOT_MPS_PROB_DIL_FLOW, EM_SYNC_CHAN,
     EM_TIME_CHAN};
 
-// A gas volume that passed a flow meter, up to the record behind the last sample.
+// A gas volume through a flow meter, up to the record behind the last sample.
 struct Volume {
     double value;
     char units[16];

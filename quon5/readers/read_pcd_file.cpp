@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::size_t kIdentifierSize = 32;  // of identifiers, although their fields are wider
+constexpr std::size_t kIdentifierSize = 32;  // identifiers are cut, although their fields are wider
 
 // Each stores one data line of the section of `pcd_index`.
 
@@ -97,19 +97,14 @@ StoreLine handler_of(short pcd_index) {
     return report_unexpected;
 }
 
-// The particulate cart file, opened by the first call that can.
-FILE* cart_file() {
-    static FILE* file = nullptr;
-    if (file == nullptr) file = open_for_reading(Pm_cart_filename);
-    return file;
-}
+FILE* Cart_file;  // the particulate cart file, opened by the first call that can
 
 }  // namespace
 
 void read_pcd_file(short pcd_index) {
     if (std::strcmp(Pm_cart_filename, "NoPM_Available") == 0) return;
-    FILE* file = cart_file();
-    if (file == nullptr) {
+    if (Cart_file == nullptr) Cart_file = open_for_reading(Pm_cart_filename);
+    if (Cart_file == nullptr) {
         LOG(CART_NOT_OPENED, Pm_cart_filename);
         return;
     }
@@ -120,7 +115,12 @@ void read_pcd_file(short pcd_index) {
     }
     TextLine line;
     const StoreLine store = handler_of(pcd_index);
-    const short status = get_1st_line(file, line, keyword);
+    const short status = get_1st_line(Cart_file, line, keyword);
     if (status <= 0) return;
-    walk_section(file, line, status, [&](const char* text) { store(pcd_index, text); });
+    walk_section(Cart_file, line, status, [&](const char* text) { store(pcd_index, text); });
+}
+
+void close_cart_file() {
+    if (Cart_file != nullptr) fclose(Cart_file);
+    Cart_file = nullptr;
 }

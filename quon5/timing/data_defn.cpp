@@ -27,8 +27,8 @@ int count_logged(const LoggedLabels& labels, SpecChannels channels) {
                       [&](const CI_CHANNEL& channel) { return labels.find(channel.label) >= 0; }));
 }
 
-// Counts the logged channels of the subsystems and notes which were active. A subsystem whose
-// logical variable is not logged ends the count.
+// Counts the logged channels of the subsystems and notes the active ones. A subsystem without a
+// logged logical variable ends the count.
 int count_subsystem_channels(const LoggedLabels& labels) {
     const CVS_CI& ci = Customer_input;
     int n = 0;
@@ -73,14 +73,14 @@ struct TimingChannels {
         return load_phase(NUM_ENTRIES, entry, logged_column(entry[SYNC]), from, to);
     }
     int num_records() const { return entry[SYNC].num_samples; }
-    // The time at a position of the stretch, up to num_records(); NaN when it is not logged.
+    // The time at a position of the stretch, up to num_records(); NaN when time is not logged.
     double time(int position) const {
         return entry[TIME].num_samples > 0 ? entry[TIME].data_ptr[position]
                                            : std::numeric_limits<double>::quiet_NaN();
     }
 };
 
-// The fixed cycle time that the logger data file gives, in the units of the time channel.
+// The fixed cycle time of the logger data file, in the time channel's units.
 double fixed_cycle_time(const char* time_units) {
     char text[ENTRY_SIZE];
     char units[16];
@@ -93,12 +93,12 @@ double fixed_cycle_time(const char* time_units) {
 }
 
 struct CycleEnd {
-    bool found;  // there are records around the time at which the cycle ends
+    bool found;  // there are records around the end of the cycle
     int record;
     double time;
 };
 
-// The record nearest to the time `target`; of two that are equally near, the later one.
+// The record nearest to the time `target`; of two equally near ones, the later.
 CycleEnd find_cycle_end(TimingChannels& channels, double target) {
     FLOGER_SRCH_INFO strt{};
     strt.srch_opt = GE;

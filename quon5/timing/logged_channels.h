@@ -15,8 +15,8 @@ enum SYNC_PHASES : int {
     PHASE_END = 40,      // end of the overrun data
 };
 
-// The position of the first, or the last, logged channel with exactly this label in All_chans; -1
-// when there is none.
+// Returns the position in All_chans of the first, or the last, channel with exactly this label, or
+// -1.
 short find_logged_channel(const char* label);
 short find_last_logged_channel(const char* label);
 
@@ -46,13 +46,13 @@ short logged_column(const FLOGER_DATA_INFO& entry);
 // The condition `sync == phase` on the synchronisation channel in `sync_column`.
 FLOGER_SRCH_INFO sync_condition(short sync_column, int phase);
 
-// Loads the records from the first of phase `from` up to, not including, the first after it of
-// phase `to` into the `count` entries of `get_list`. Returns the number of the first record, -1
-// when no record has phase `from`.
+// Loads the records from the first of phase `from` up to, not including, the next of phase `to`
+// into the `count` entries of `get_list`. Returns the number of the first record, -1 when no record
+// has phase `from`.
 int load_phase(int count, FLOGER_DATA_INFO* get_list, short sync_column, int from, int to);
 
-// Loads the start records and the cycle or, when `decisive` (an entry of the list) then has no
-// samples, the cycle alone.
+// Loads the start records and the cycle. When `decisive` (an entry of the list) then has no
+// samples, loads the cycle alone.
 void load_test(int count, FLOGER_DATA_INFO* get_list, short sync_column,
                const FLOGER_DATA_INFO& decisive);
 

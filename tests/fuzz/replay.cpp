@@ -2,7 +2,7 @@
 //
 //   fuzz_replay TARGET FILE|DIRECTORY ...   runs the target on each file
 //   fuzz_replay --dictionary                prints the vocabulary of the inputs as a dictionary
-//   fuzz_replay --targets                   prints the targets (list_targets)
+//   fuzz_replay                             prints the targets: name, longest input, share, file
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -53,36 +53,29 @@ void print_dictionary() {
     for (std::string word; others >> word;) print_word(word.c_str());
 }
 
-void replay(const FuzzTarget& target, const std::filesystem::path& file) {
+void replay(const FuzzTarget& target, const std::filesystem::path& file, int& count) {
     std::ifstream stream(file, std::ios::binary);
     const std::string input{std::istreambuf_iterator<char>(stream), {}};
     printf("%s\n", file.c_str());  // the last one named is the one that failed
     fflush(stdout);
     execute(target, input);
+    ++count;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     if (argc > 1 && std::strcmp(argv[1], "--dictionary") == 0) return print_dictionary(), 0;
-    if (argc > 1 && std::strcmp(argv[1], "--targets") == 0) return list_targets(), 0;
-    const FuzzTarget* target = argc > 2 ? find_target(argv[1]) : nullptr;
-    if (target == nullptr) {
-        puts("usage: fuzz_replay TARGET FILE|DIRECTORY ... | --dictionary | --targets");
-        return 2;
-    }
+    const FuzzTarget* target = find_target(argc > 1 ? argv[1] : "");
+    if (target == nullptr) return argc > 1 ? 2 : 0;
     prepare(*target);
     int count = 0;
     for (int i = 2; i < argc; ++i) {
-        if (!std::filesystem::is_directory(argv[i])) {
-            replay(*target, argv[i]);
-            ++count;
-            continue;
-        }
-        for (const auto& file : std::filesystem::directory_iterator(argv[i])) {
-            replay(*target, file.path());
-            ++count;
-        }
+        if (!std::filesystem::is_directory(argv[i]))
+            replay(*target, argv[i], count);
+        else
+            for (const auto& file : std::filesystem::directory_iterator(argv[i]))
+                replay(*target, file.path(), count);
     }
     printf("%d inputs\n", count);
     return count > 0 ? 0 : 1;

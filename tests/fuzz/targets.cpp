@@ -7,9 +7,11 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <sstream>
+#include <string>
 #include <vector>
 
-#include "base/numbers.h"
+#include "quon5/clear_task.h"
 #include "quon5/init.h"
 #include "quon5/process_records.h"
 #include "quon5/quon5.h"
@@ -19,23 +21,14 @@
 #include "quon5/timing/logged_channels.h"
 #include "runtime/cell_config.h"
 #include "runtime/ci_specs.h"
-#include "runtime/index_map.h"
 #include "runtime/keyword_memory.h"
 #include "runtime/logger_data.h"
 #include "runtime/string_operations.h"
-#include "tests/fuzz/kept_state.h"
 #include "tests/fuzz/memory_files.h"
-#include "tests/fuzz/process_image.h"
 
 namespace {
 
-constexpr char kProgram[] = "quon5";
-constexpr char kKeywordMemory[] = "keyword_memory.dat";
-constexpr char kLog[] = "logr_data.42";
-constexpr char kArguments[] = "arguments";  // words of the command line, one a line
-constexpr char kAppend[] = "append";
-
-// The command line of the simulated test.
+// The command line of the simulated test, one word a line.
 constexpr std::string_view kSimulatedCall =
     "logr_spec=logr_spec.dat\nlogr_data=logr_data.42\nquon5_output=results/M123/quon5.FTP\nstep=1\n"
     "cycle=FTP\nci_specs=ci_specs.dat\norda_specs=orda_specs.dat\nem_bench=em_bench.42\n"
@@ -43,27 +36,17 @@ constexpr std::string_view kSimulatedCall =
     "quon6=results/M123/quon6.FTP\nquon7=results/M123/quon7.FTP\npm_cart=pm_cart.42\n"
     "filt_data=filter_data.42\nFTIR_file=ftir.42\nactivity=Development test";
 
-// State of the harness: the simulated test's files by name, and the process at its start.
-std::map<std::string, std::string> simulated_files;
-ProcessImage* start_image = nullptr;
+std::map<std::string, std::string> Simulated_files;  // by name
 
-std::vector<std::string> words_of(std::string_view text) {
-    std::vector<std::string> words = {kProgram};
-    for (std::size_t at = 0; at <= text.size();) {
-        const std::size_t end = std::min(text.find('\n', at), text.size());
-        words.emplace_back(text.substr(at, end - at));
-        at = end + 1;
-    }
-    return words;
-}
-
-// Calls `main`, which is init or run_sequence, with these words.
+// A call of `main`, which is init or run_sequence, with the words of `text`, one a line.
 template <class Main>
-void call(Main main, std::string_view text) {
-    std::vector<std::string> words = words_of(text);
-    std::vector<char*> argv(words.size() + 1);
-    std::transform(words.begin(), words.end(), argv.begin(),
-                   [](std::string& word) { return word.data(); });
+void call(Main main, const std::string& text) {
+    std::vector<std::string> words = {"quon5"};
+    std::istringstream lines(text);
+    for (std::string word; std::getline(lines, word);) words.push_back(word);
+    std::vector<char*> argv;
+    for (std::string& word : words) argv.push_back(word.data());
+    argv.push_back(nullptr);
     main(static_cast<int>(words.size()), argv.data());
 }
 
@@ -116,9 +99,9 @@ void run_keyword_memory(std::string_view /*input*/) {
 
 // Loads all of the log, then stretches of it, and reads what the loads promise to be readable.
 void run_logger_data(std::string_view /*input*/) {
-    if (get_logr_chan_info_mem(kLog, &All_chans) == 0) return;
-    index_logged_channels();
+    if (get_logr_chan_info_mem(Logr_data_filename, &All_chans) == 0) return;
     const int count = All_chans[0].num_channels;
+    Num_chans_logged = static_cast<short>(count);
     std::vector<FLOGER_DATA_INFO> get_list(All_chans, All_chans + count);
     volatile double value = 0.0;
     const auto read_ends = [&](const FLOGER_DATA_INFO& entry) {
@@ -134,28 +117,28 @@ void run_logger_data(std::string_view /*input*/) {
 }
 
 void run_command_line(std::string_view input) {
-    call(init, input);
+    call(init, std::string(input));
 }
 
 // The input is a set of files, each after a line "%%% name"; files that it does not hold are those
 // of the simulated test. A file "append" stands for append mode.
 void run_task(std::string_view input) {
     constexpr std::string_view kMarker = "%%% ";
-    std::string_view arguments = kSimulatedCall;
+    std::string arguments(kSimulatedCall);
     const char* append = "no";
-    for (const auto& [name, contents] : simulated_files) set_memory_file(name, contents);
+    for (const auto& [name, contents] : Simulated_files) Memory_files[name] = contents;
     for (std::size_t at = 0; input.substr(at, kMarker.size()) == kMarker;) {
         const std::size_t name_end = std::min(input.find('\n', at), input.size());
         const std::size_t end = std::min(input.find("\n%%% ", name_end), input.size() - 1) + 1;
         const std::string name(input.substr(at + kMarker.size(), name_end - at - kMarker.size()));
         const std::size_t start = std::min(name_end + 1, end);
-        const std::string_view contents = input.substr(start, end - start);
-        if (name == kArguments) {
-            arguments = contents.substr(0, contents.find_last_not_of('\n') + 1);
-        } else if (name == kAppend) {
+        const std::string contents(input.substr(start, end - start));
+        if (name == "arguments") {
+            arguments = contents;
+        } else if (name == "append") {
             append = "yes";
-        } else if (simulated_files.count(name) != 0) {
-            set_memory_file(name, std::string(contents));
+        } else if (Simulated_files.count(name) != 0) {
+            Memory_files[name] = contents;
         }
         at = end;
     }
@@ -166,16 +149,16 @@ void run_task(std::string_view input) {
 // The shares are such that in one and a half hours on one core each reader has some 10 million
 // executions and the task 200,000.
 const FuzzTarget kTargets[] = {
-    {"bench", "em_bench.42", run_bench, 512, 13, false},
-    {"ftir", "ftir.42", run_ftir, 1024, 6, false},
-    {"cart", "pm_cart.42", run_cart, 512, 3, false},
-    {"specification", "ci_specs.dat", run_specification, 2048, 7, false},
-    {"cell_configuration", "cell_cfg.dat", run_cell_configuration, 512, 4, false},
-    {"keyword_memory", kKeywordMemory, run_keyword_memory, 1024, 6, false},
-    {"logger_data", kLog, run_logger_data, 1024, 5, false},
-    {"numbers", "records", run_numbers, 64, 3, false},
-    {"command_line", kArguments, run_command_line, 1024, 4, true},
-    {"task", "", run_task, 4096, 10, true},
+    {"bench", "em_bench.42", run_bench, 512, 13},
+    {"ftir", "ftir.42", run_ftir, 1024, 6},
+    {"cart", "pm_cart.42", run_cart, 512, 3},
+    {"specification", "ci_specs.dat", run_specification, 2048, 7},
+    {"cell_configuration", "cell_cfg.dat", run_cell_configuration, 512, 4},
+    {"keyword_memory", "keyword_memory.dat", run_keyword_memory, 1024, 6},
+    {"logger_data", "logr_data.42", run_logger_data, 1024, 5},
+    {"numbers", "", run_numbers, 64, 3},
+    {"command_line", "", run_command_line, 1024, 4},
+    {"task", "", run_task, 4096, 10},
 };
 
 // Takes the files of the simulated test from the directory that the build wrote them to.
@@ -184,18 +167,9 @@ void read_simulated_files() {
     for (const auto& file : std::filesystem::recursive_directory_iterator(directory)) {
         if (!file.is_regular_file()) continue;
         std::ifstream stream(file.path(), std::ios::binary);
-        simulated_files[file.path().lexically_relative(directory).string()] = {
+        Simulated_files[file.path().lexically_relative(directory).string()] = {
             std::istreambuf_iterator<char>(stream), {}};
     }
-}
-
-// What the process keeps beyond its static storage.
-void forget_last_run() {
-    close_memory_files();
-    start_image->restore();
-    forget_indexes(SPECIES_MAP, NUM_EMIS_SPECIES);
-    forget_compound_units();
-    get_logr_chan_info_mem("", &All_chans);
 }
 
 }  // namespace
@@ -204,44 +178,33 @@ const FuzzTarget* find_target(std::string_view name) {
     for (const FuzzTarget& target : kTargets) {
         if (name == target.name) return &target;
     }
+    for (const FuzzTarget& target : kTargets) {
+        printf("%s %zu %d %s\n", target.name, target.max_length, target.share, target.file);
+    }
     return nullptr;
 }
 
-void list_targets() {
-    for (const FuzzTarget& target : kTargets) {
-        printf("%s %zu %d %s\n", target.name, target.max_length, target.share, target.file.c_str());
-    }
-}
-
-void prepare(const FuzzTarget& target) {
+void prepare(const FuzzTarget& /*target*/) {
     setenv("TZ", "UTC", 1);
-    setenv("TAVRIN_KEYWORD_MEMORY", kKeywordMemory, 1);
-    stderr = fopen("/dev/null", "w");  // of the task; a sanitizer's report goes to descriptor 2
+    setenv("TAVRIN_KEYWORD_MEMORY", "keyword_memory.dat", 1);
     read_simulated_files();
-    for (const auto& [name, contents] : simulated_files) set_memory_file(name, contents);
-    write_error_log(target.whole_error_log);
-    for (short i = 0; i < NUM_FTIR_CHANS; ++i) {
-        string_associate_indexN(FTIR_chans[i], i, FTIR_CHANS_MAP);
-    }
-    for (short i = 0; i < NUM_EMIS_ENTRIES; ++i) {
-        string_associate_indexN(Keywords[i], i, KEYWORDS_MAP);
-    }
-    call(init, kSimulatedCall);
-    close_memory_files();
-    // What is made at its first use and then kept.
-    get_logr_chan_info_mem("", &All_chans);
-    find_logged_channel("");
-    get_adr_value("", STRING_TYPE);
-    forget_compound_units();
-    leading_number("");
-    // A target reads its own file alone.
-    for (const auto& [name, contents] : simulated_files) set_memory_file(name, "");
-    start_image = new ProcessImage(&Customer_input);
-    start_image->save();
+    use_memory_files();
 }
 
+// Each execution begins as a process does, with the names of start-up and the file names of the
+// simulated test. A target reads its own file alone.
 void execute(const FuzzTarget& target, std::string_view input) {
-    set_memory_file(target.file, std::string(input));
+    clear_task();
+    register_species_names();
+    register_item_names();
+    std::istringstream words{std::string(kSimulatedCall)};
+    for (const ARGUMENT_VALUE& value : Argument_values) {
+        std::string word;
+        std::getline(words, word);
+        if (value.text != nullptr)
+            copyn(value.text, word.c_str() + word.find('=') + 1, value.width);
+    }
+    for (const auto& [name, contents] : Simulated_files) Memory_files[name].clear();
+    if (target.file[0] != '\0') Memory_files[target.file] = input;
     target.run(input);
-    forget_last_run();
 }
