@@ -44,9 +44,9 @@ void call(Main main, const std::string& text) {
     std::vector<std::string> words = {"quon5"};
     std::istringstream lines(text);
     for (std::string word; std::getline(lines, word);) words.push_back(word);
-    std::vector<char*> argv;
-    for (std::string& word : words) argv.push_back(word.data());
-    argv.push_back(nullptr);
+    std::vector<char*> argv(words.size() + 1);
+    std::transform(words.begin(), words.end(), argv.begin(),
+                   [](std::string& word) { return word.data(); });
     main(static_cast<int>(words.size()), argv.data());
 }
 
