@@ -4,23 +4,13 @@
 
 #include <cstring>
 
+#include "quon5/clear_task.h"
 #include "quon5/init.h"
-#include "runtime/index_map.h"
 
 namespace tests {
-void clear_records() {
-    std::memset(&Customer_input, 0, sizeof Customer_input);
-    std::memset(&Emis_data, 0, sizeof Emis_data);
-    std::memset(&Ftir, 0, sizeof Ftir);
-    std::memset(Em_species_map, 0, sizeof Em_species_map);
-    std::memset(Species_measrd, 0, sizeof Species_measrd);
-    std::memset(Tr_em_data_chans, 0, sizeof Tr_em_data_chans);
-    Spec_file_line_count = 0;
-    Keyword_memory = nullptr;
-}
 
 TASK_TEST::TASK_TEST() {
-    clear_records();
+    clear_task();
     register_species_names();
     register_item_names();
     std::strcpy(Em_cart_filename, "bench");

@@ -6,13 +6,11 @@
 #include <functional>
 #include <string>
 
+#include "quon5/clear_task.h"
 #include "quon5/process_records.h"
 #include "tests/runtime/temporary_file.h"
 
 namespace tests {
-
-// Puts the records that tests fill back to what a process begins with.
-void clear_records();
 
 // A test of the task in a directory of its own, with cleared records and the index maps of
 // start-up. The emission bench and FTIR files are named bench and ftir; there is no cart.

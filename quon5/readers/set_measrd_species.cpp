@@ -45,6 +45,7 @@ WET_DRY_MEA basis_of(const char* pam_keyword) {
 
 void set_measrd_species(FILE* em_cart_ptr, EM_CHAN_INFO* em_cart_info) {
     std::memset(Species_measrd, 0, sizeof Species_measrd);
+    std::memset(Em_species_map, 0, sizeof Em_species_map);
     for (const auto& entry : kDefaults) {
         copyn(Em_species_map[entry.species], entry.pam_keyword);
     }

@@ -13,7 +13,7 @@ class StatisticalChannels : public tests::TASK_TEST {
     // The number of channels, and the entries: label, keyword, units, initial value, mean,
     // minimum, maximum and deviation.
     static std::string statistics(const std::string& logger, const char* specified) {
-        tests::clear_records();
+        clear_task();
         write("logger", tests::unfolded(logger));
         get_logr_chan_info_mem("logger", &All_chans);
         Num_chans_logged = static_cast<short>(All_chans[0].num_channels);

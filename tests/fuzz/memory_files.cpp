@@ -22,7 +22,7 @@ struct Opened {
     std::size_t at;
     bool is_log;
 };
-std::vector<Opened> Descriptors;  // by number
+std::vector<Opened>& Descriptors = *new std::vector<Opened>;  // by number; streams outlive statics
 std::size_t Written;
 
 const std::string* find_file(const char* name) {

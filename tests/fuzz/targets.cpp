@@ -189,14 +189,14 @@ void prepare(const FuzzTarget& /*target*/) {
     setenv("TAVRIN_KEYWORD_MEMORY", "keyword_memory.dat", 1);
     read_simulated_files();
     use_memory_files();
+    register_species_names();
+    register_item_names();
 }
 
 // Each execution begins as a process does, with the names of start-up and the file names of the
 // simulated test. A target reads its own file alone.
 void execute(const FuzzTarget& target, std::string_view input) {
-    clear_task();
-    register_species_names();
-    register_item_names();
+    clear_run();
     std::istringstream words{std::string(kSimulatedCall)};
     for (const ARGUMENT_VALUE& value : Argument_values) {
         std::string word;

@@ -1,12 +1,20 @@
-// What the task never asks of the runtime, but another caller may.
+// What a run never asks of an operation, but another caller may.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
 #include "base/open_file.h"
+#include "quon5/readers/read_em_data.h"
+#include "quon5/timing/logged_channels.h"
+#include "runtime/ci_specs.h"
 #include "runtime/keyword_memory.h"
 #include "runtime/paths.h"
 #include "runtime/shared_variables.h"
 #include "runtime/units.h"
 #include "tests/runtime/temporary_file.h"
+#include "tests/task_test.h"
 
 TEST(Contracts, UnitsConvertWithinTheirQuantityAlone) {
     const char* const one_of_each[] = {"sec", "deg_k", "pa", "kg", "m", "l",   "cfm", "n", "j",
@@ -37,4 +45,53 @@ TEST(Contracts, FileAppendSaysThatADeviceIsFull) {
     EXPECT_EQ(file_append(file.path(), "/dev/full"), -1);
     EXPECT_EQ(file_append(file.path(), "/dev/null"), 0);
     File_failed = false;
+}
+
+class Records : public tests::TASK_TEST {};
+
+// Whatever stands in a record, its reader begins with zeros, on the first call and on every other.
+TEST_F(Records, AreClearedByTheirReaders) {
+    const auto fill = [](auto& record) { std::memset(&record, 0x5a, sizeof record); };
+    const auto is_zero = [](const auto& record) {
+        const auto* const bytes = reinterpret_cast<const char*>(&record);
+        return std::all_of(bytes, bytes + sizeof record, [](char byte) { return byte == 0; });
+    };
+    const auto other = std::make_unique<CVS_CI>();
+    for (int call = 0; call < 2; ++call) {
+        for (CVS_CI* const specification : {&Customer_input, other.get()}) {
+            fill(*specification);
+            EXPECT_EQ(read_ci_specs("none", specification, 0), -1);
+            EXPECT_TRUE(is_zero(*specification));
+        }
+        fill(Emis_data);
+        fill(Ftir);
+        fill(Em_species_map);
+        fill(Species_measrd);
+        write("bench", "@SPECIES_TAG_TO_KEYWORD_MAPPING\n@END\n");
+        EM_CHAN_INFO info[NUM_SPECIES_ROWS] = {};
+        EXPECT_EQ(read_em_data(info), 0);
+        EXPECT_TRUE(is_zero(Emis_data) && is_zero(Ftir) && is_zero(Species_measrd));
+        int species = 0;
+        for (const auto& keyword : Em_species_map) species += keyword[0] != '\0' ? 1 : 0;
+        EXPECT_EQ(species, 4);
+    }
+}
+
+// A look-up sees the labels as they are, with no step between a change and the look-up.
+TEST(Contracts, LabelsAreLookedUpAsTheyStand) {
+    FLOGER_DATA_INFO channels[3] = {};
+    All_chans = channels;
+    Num_chans_logged = 3;
+    short position = 0;
+    for (const char* const label : {"A", "B"}) {
+        std::strcpy(channels[1].chan_name, label);
+        std::strcpy(channels[2].chan_name, label);
+        EXPECT_EQ(check_label_in_logr(label, &position), 1);
+        EXPECT_EQ(position, 1);
+        EXPECT_EQ(find_last_logged_channel(label), 2);
+    }
+    EXPECT_EQ(check_label_in_logr("A", &position), 0);
+    EXPECT_EQ(position, -1);
+    All_chans = nullptr;
+    Num_chans_logged = 0;
 }

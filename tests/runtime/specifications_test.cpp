@@ -12,7 +12,7 @@ namespace {
 
 // Reads a specification with these contents and returns the lines that were reported.
 LINES read_specification(const std::string& contents) {
-    tests::clear_records();
+    clear_task();
     const tests::TEST_LOG log;
     EXPECT_EQ(read_ci_specs(tests::TEMPORARY_FILE(contents).path(), &Customer_input, 0), 0);
     LINES lines;
@@ -24,7 +24,7 @@ LINES read_specification(const std::string& contents) {
 
 // Reads a cell configuration and returns the label of the fuel-consumed channel.
 std::string read_cell_config(const std::string& contents) {
-    tests::clear_records();
+    clear_task();
     const tests::TEMPORARY_FILE file(contents);
     copyn("test", 1, Cell_cfg_filename, file.path(), sizeof Cell_cfg_filename);
     read_cell_cfg();
