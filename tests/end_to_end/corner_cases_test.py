@@ -1,6 +1,6 @@
 """Rare inputs, each of which once went unnoticed."""
 
-from end_to_end import COUNT_MISMATCH, EndToEndTest, SmallTest, expected, main
+from end_to_end import APPEND, COUNT_MISMATCH, EndToEndTest, SmallTest, expected, main
 
 QUON5 = expected("small_test/expected/run7.quon5")
 
@@ -29,7 +29,27 @@ class Specification(EndToEndTest):
                       cell.text("run7.quon5"))
 
 
+    def test_time_channel_of_the_first_search_is_no_column_of_its_own(self):
+        cell = SmallTest()
+        self.expect_run(cell)
+        header = cell.text("composite.csv").partition("\n")[0]
+        cell.replace("ci.dat", "@DATA_CHANNELS\n", "@DATA_CHANNELS\ntime sec T_P\n")
+        self.expect_run(
+            cell, COUNT_MISMATCH + "quon_end mode=1 code=30000 Variable time in cvs_specs.dat was "
+            "not found in floger data file log.dat\nquon_end mode=1 code=30000 Label time specified "
+            "in cvs_specs was not found in floger file-no data will be available for that channel\n")
+        self.assertEqual(cell.text("composite.csv").partition("\n")[0], header)
+
+
 class Bench(EndToEndTest):
+    def test_ftir_detection_methods_open_their_block(self):
+        cell = SmallTest()
+        cell.replace("ci.dat", "TIN_T", "at1_cd_co2_mea@2")
+        cell.write("ftir.dat", "@CONT_CHAN_DET_METHOD\nAT1_CD_CO2_MEA@2 FTIR R\n")
+        cell.run()
+        self.assertIn("         0\n@CONT_CHAN_DET_METHOD\n     AT1_CD_CO2_MEA@2 FTIR R\n\n",
+                      cell.text("run7.quon5"))
+
     def test_nmhc_has_no_default_choice(self):
         cell = SmallTest()
         cell.replace("bench.42", "N2O CVS", "NMHC CVS_CW_NMHC_MEA\nN2O CVS")
@@ -94,6 +114,13 @@ class Log(EndToEndTest):
 
 
 class Words(EndToEndTest):
+    def test_sibling_of_one_character(self):
+        cell = SmallTest()
+        cell.write("data/M123/q6.FTP", "6")
+        cell.write("q7.FTP", "7")
+        self.expect_run(cell, environment=APPEND)
+        self.assertTrue(cell.text("run7.quon5").endswith("\n67"))
+
     def test_longest_fuel_label(self):
         label = "F" * 79
         cell = SmallTest()

@@ -13,7 +13,7 @@
 
 #include "base/file_calls.h"
 
-std::map<std::string, std::string> Memory_files;
+std::map<std::string, std::string>& Memory_files = *new std::map<std::string, std::string>;
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 // By name. No other file can be opened for reading; one opened for writing takes everything and
 // keeps nothing.
-extern std::map<std::string, std::string> Memory_files;
+extern std::map<std::string, std::string>& Memory_files;  // streams outlive statics
 
 void use_memory_files();
 

@@ -4,14 +4,17 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <regex>
 
 #include "base/open_file.h"
 #include "quon5/readers/read_em_data.h"
 #include "quon5/timing/logged_channels.h"
 #include "runtime/ci_specs.h"
+#include "runtime/index_map.h"
 #include "runtime/keyword_memory.h"
 #include "runtime/paths.h"
 #include "runtime/shared_variables.h"
+#include "runtime/tokens.h"
 #include "runtime/units.h"
 #include "tests/runtime/temporary_file.h"
 #include "tests/task_test.h"
@@ -94,4 +97,47 @@ TEST(Contracts, LabelsAreLookedUpAsTheyStand) {
     EXPECT_EQ(position, -1);
     All_chans = nullptr;
     Num_chans_logged = 0;
+}
+
+TEST_F(Records, AreAsAtTheStartOnceTheTaskIsCleared) {
+    Run_num = Step = Customer_input.num_cycles = Num_chans_logged = 1;
+    Emis_data.prop_smpl[0].active = Ftir.num_deskew_chans = Subsys_logi_var_values[63] = 1;
+    std::strcpy(Cycle, "FTP");
+    clear_task();
+    EXPECT_EQ(Run_num + Step + Customer_input.num_cycles + Num_chans_logged, 0);
+    EXPECT_EQ(Emis_data.prop_smpl[0].active + Ftir.num_deskew_chans + Subsys_logi_var_values[63],
+              0);
+    EXPECT_STREQ(Cycle, "");
+    EXPECT_EQ(string_to_indexN("NOX", SPECIES_MAP), -1);
+}
+
+TEST(Contracts, TokensHaveTheTypeOfTheirText) {
+    const TOKEN_TYPE expected[] = {PATHNAME_TOKEN, SPACE_DELIMITED_NUMBER_TOKEN,
+                                   SPACE_DELIMITED_STRING_TOKEN, QUOTE_DELIMITED_TOKEN,
+                                   SINGLE_QUOTE_DELIMITED_TOKEN};
+    char tokens[5][10];
+    TOKEN_TYPE types[5];
+    ASSERT_EQ(parse_line("/a -1.5 1x \"1\" '/'", 5, 10, 65, tokens[0], types), 5);
+    EXPECT_TRUE(std::equal(types, types + 5, expected));
+}
+
+// Five points, each with 24 dry channels, then wet ones; each species in four instances.
+TEST(Contracts, FtirChannelsAreNamedByTheirRule) {
+    const std::regex rule("(AT1|AT2|CVS|ENG|EXH)_C(D|W)_[A-Z0-9_]+_MEA(@[234])?");
+    const char* const points[] = {"AT1", "AT2", "CVS", "ENG", "EXH"};
+    const char* const instances[] = {"", "@2", "@3", "@4"};
+    const int per_point = 208;
+    for (int i = 0; i < NUM_FTIR_CHANS; ++i) {
+        std::smatch part;
+        const std::string name = FTIR_chans[i];
+        ASSERT_TRUE(std::regex_match(name, part, rule)) << name;
+        const int point = std::min(i / per_point, 4);
+        EXPECT_EQ(part[1], points[point]) << name;
+        EXPECT_EQ(part[2], i - point * per_point < 24 ? "D" : "W") << name;
+        EXPECT_EQ(part[3], instances[i % 4]) << name;
+    }
+    for (int i = 0; i < NUM_CHEM_BAL_OPTIONS; ++i) {
+        EXPECT_STREQ(Ftir_chem_bal_options[i], Chem_bal_options[i]);
+    }
+    EXPECT_STREQ(Em_wet_dry_keywds[11], "CVS_CD_O2_MEA");
 }
