@@ -89,8 +89,9 @@ class FtirReader {
         LOG(Ignored, text, filename_, Spec_file_line_count);
     }
 
-    // The entry test: `keyword` must be an FTIR channel, its extension, if any, must be valid, and
-    // the test specification must have it. The last failure is not logged, the others are.
+    // The entry test: `keyword` must be an FTIR channel, with a valid extension, if any. A deskew
+    // channel must not belong to another file. The test specification must have the keyword; only
+    // this failure is not logged.
     template <EntryMessages Texts>
     bool accepts(const char* keyword) const {
         const short channel = string_to_indexN(trim_keyword(keyword), FTIR_CHANS_MAP);
