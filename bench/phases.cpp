@@ -1,9 +1,9 @@
-// How the time of one whole run splits.
+// The time of each step of one run.
 //
 //   phases DIRECTORY
 //
-// DIRECTORY holds the files of a simulated test (simulate_test output=DIRECTORY). The task's steps
-// are called in the order of its run, each timed; the results are written into the directory.
+// DIRECTORY holds the files of a simulated test (simulate_test output=DIRECTORY). The program calls
+// and times the task's steps in the order of its run, and writes the results into the directory.
 #include <chrono>
 #include <cstdio>
 #include <iterator>

@@ -1,6 +1,7 @@
 #include "runtime/clear_runtime.h"
 
 #include "base/open_file.h"
+#include "base/run_outcome.h"
 #include "runtime/cell_config.h"
 #include "runtime/error_log.h"
 #include "runtime/index_map.h"
@@ -11,6 +12,7 @@
 void clear_runtime() {
     close_files();
     File_failed = false;
+    Run_outcome = {};
     clear_error_log();
     clear_index_maps();
     clear_compound_units();

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Mappings that hold unless the file says otherwise.
+// Default mappings.
 constexpr struct {
     EM_CART_SPECIES species;
     const char* pam_keyword;
@@ -22,7 +22,7 @@ constexpr struct {
     {BST_SVF_WET_MEA, "BST_SVF_WET_MEA"},
 };
 
-// Gives a long-form tag the index `next`. False, logged, when it cannot have it.
+// Gives a long-form tag the index `next`. Returns false, and logs it, when that fails.
 bool add_long_form(const char* tag, short next) {
     if (check_keyword(tag, CHANNEL_KEYWORD) != 0) {
         LOG(TAG_NOT_IN_KEYWORD_MEMORY, tag);

@@ -1,164 +1,338 @@
 // The FTIR file.
 #include "quon5/readers/read_ftir_file.h"
 
-#include <gtest/gtest.h>
-
-#include <sstream>
-
 #include "quon5/readers/chk_kw_n_specs.h"
 #include "quon5/readers/read_ftir_file.h"
-#include "runtime/string_operations.h"
-#include "tests/readers/reader_test.h"
+#include "quon5/readers/read_em_data.h"
+#include "tests/readers/record_text.h"
+#include "tests/task_test.h"
 
 namespace {
 
-using namespace reader_test;
+using tests::text;
+using tests::unfolded;
 
 TEST(FtirKeywords, Extensions) {
-    for (const std::string& good : split("L R F LF LR LM RF RR RM 1 9 99 02 7x", " "))
+    for (const std::string good :
+         {"L", "R", "F", "LF", "LR", "LM", "RF", "RR", "RM", "1", "9", "99", "02", "7x"})
         EXPECT_EQ(valid_keywd_extension(("A@" + good).c_str()), 1) << good;
-    for (const std::string& bad : split("0 100 -1 X l lm FL LMR L1  x7", " "))
+    for (const std::string bad : {"0", "100", "-1", "X", "l", "lm", "FL", "LMR", "L1", "", "x7"})
         EXPECT_EQ(valid_keywd_extension(("A@" + bad).c_str()), 0) << bad;
     for (const char* keyword : {"@A", "@A@2", "@A@2@3", "@A@"})
         EXPECT_STREQ(trim_keyword(keyword), "@A");
     EXPECT_EQ(trim_keyword(std::string(99, 'x').c_str()), std::string(79, 'x'));
 }
 
-TEST(FtirKeywords, OfTheTestSpecification) {
+class FtirFile : public tests::TASK_TEST {
+ protected:
+    FtirFile() {
+        for (const char* keyword : {"AT1_CW_CO_MEA@2", "AT1_CW_CO_MEA@LM", "AT1_CD_NO_MEA@99",
+                                    "EXH_CW_NO_MEA", "CVS_CW_CO2_MEA", "AT2_CW_CO_MEA@X"})
+            specify(keyword);
+    }
+    static void specify(const std::string& keyword) {
+        CVS_CI& ci = Customer_input;
+        std::strcpy(ci.data_channels[ci.num_data_chns++].pam_keyword, keyword.c_str());
+    }
+    static void read(const std::string& contents) {
+        write("ftir", contents);
+        read_ftir_file(FTIR_filename);
+    }
+};
+
+TEST_F(FtirFile, KeywordsOfTheTestSpecification) {
     CVS_CI& ci = Customer_input;
     ci.num_data_chns = ci.num_chn_groups = ci.num_ecm_chns = ci.num_subsystems = 1;
     ci.num_AI_chns = ci.num_stat_chns = ci.num_chn_group_chns[0] = ci.num_subsys_grp_chns[0] = 1;
-    const auto look_up = [](auto*... channels) {
-        std::string found;
-        for (CI_CHANNEL* const channel : {channels...}) {
-            copyn(channel->pam_keyword, "a@lm");
-            for (const char* keyword : {"A@LM", "a@lm", "A"})
-                found += std::to_string(chk_pkw_in_cvsci_specs(keyword));
-            channel->pam_keyword[0] = '\0';
-        }
-        return found;
-    };
-    EXPECT_EQ(look_up(ci.data_channels, ci.chn_group_channels[0], ci.ecm_channels,
-                      ci.subsys_logi_grp_channels[0]),
-              "100100100100");
-    EXPECT_EQ(look_up(ci.data_channels + 1, ci.chn_group_channels[1], ci.AI_channels,
-                      ci.statistical_channels, ci.subsystem_logi_channels),
-              "000000000000000");
-}
-
-const char kSpecified[] =
-    "AT1_CW_CO_MEA@2 AT1_CW_CO_MEA@LM AT1_CD_NO_MEA@99 EXH_CW_NO_MEA CVS_CW_CO2_MEA "
-    "AT2_CW_CO_MEA@X";
-
-TEST(FtirFile, Entries) {
-    // The entry test: channel name, extension, foreign deskew channel, test specification. Sections
-    // given twice; sections that are not accepted; fields cut to their widths.
-    for (const CASE& c : cases(R"(
-        @DESKEW_TIMES / AT1_CW_CO_MEA@2 1.5 sec / EXH_CW_NO_MEA => deskew[0] AT1_CW_CO_MEA@2|1.5|1.5|sec ; deskew[1] EXH_CW_NO_MEA|0||
-        @DESKEW_TIMES / EXH_CW_NO_MEA 1.5s / AT1_CW_CO_MEA@2 +1e1 ~20 => deskew[0] AT1_CW_CO_MEA@2|10|+1e1|~15 ; ! deskew-time 1.5s|2
-        @DESKEW_TIMES / EXH_CW_NO_MEA x / EXH_CW_NO_MEA 1,5 / EXH_CW_NO_MEA " " => ! deskew-time x|2 ; ! deskew-time 1,5|3 ; ! deskew-time  |4
-        @DESKEW_TIMES / XYZ@X 1x / AT2_CW_CO_MEA@X 1x / CVS_CW_CO2_MEA@100 1 / at1_cw_co_mea@2 1 => ! deskew XYZ@X|2 ; ! deskew-ext AT2_CW_CO_MEA@X|3 ; ! deskew-ext CVS_CW_CO2_MEA@100|4 ; ! deskew at1_cw_co_mea@2|5
-        @DESKEW_TIMES / CVS_CW_CO2_MEA 1x / AT1_CW_CO_MEA 1x / AT1_CW_CO_MEA@3 1x => ! deskew-foreign CVS_CW_CO2_MEA
-        @DESKEW_TIMES / AT1_CW_CO_MEA@2 1 / @DESKEW_TIMES / AT1_CD_NO_MEA@99 2 => deskew[0] AT1_CW_CO_MEA@2|1|1| ; deskew[1] AT1_CD_NO_MEA@99|2|2|
-        @CONT_CHAN_DET_METHOD / AT1_CW_CO_MEA@LM m a b "c  d" / EXH_CW_NO_MEA => method[0] 1|AT1_CW_CO_MEA@LM|m|a b c  d ; method[1] 1|EXH_CW_NO_MEA||
-        @CONT_CHAN_DET_METHOD / EXH_CW_NO_MEA m ~70 ~8 y z / XYZ / AT2_CW_CO_MEA@X => method[0] 1|EXH_CW_NO_MEA|m|~70 ~8 ; ! channel XYZ|3 ; ! channel-ext AT2_CW_CO_MEA@X|4
-        @CONT_CHAN_DET_METHOD / EXH_CW_NO_MEA a / @CONT_CHAN_DET_METHOD / CVS_CW_CO2_MEA b => method[0] 1|EXH_CW_NO_MEA|a| ; method[1] 1|CVS_CW_CO2_MEA|b|
-        @CONT_CHAN_UL_VAL / EXH_CW_NO_MEA ~99 ~20 / CVS_CW_CO2_MEA / AT1_CW_CO_MEA 1 => value[2][0] 1|EXH_CW_NO_MEA|~79|~15 ; value[2][1] 1|CVS_CW_CO2_MEA||
-        @CONT_CHAN_UL_VAL / EXH_CW_NO_MEA 1 / EXH_CW_NO_MEA 2 / @CONT_CHAN_UL_VAL / CVS_CW_CO2_MEA 3 => value[2][0] 1|CVS_CW_CO2_MEA|3|
-        @CONT_CHAN_UL_VAL / EXH_CW_NO_MEA 1 / @CONT_CHAN_UL_VAL / AT1_CW_CO_MEA 3 => 
-        @CONT_CHAN_LL_VAL / EXH_CW_NO_MEA 3 / @CONT_CHAN_PRETEST_ZERO / EXH_CW_NO_MEA 6 / @CONT_CHAN_PRETEST_SPAN / EXH_CW_NO_MEA 7 => value[3][0] 1|EXH_CW_NO_MEA|3| ; value[6][0] 1|EXH_CW_NO_MEA|6| ; value[7][0] 1|EXH_CW_NO_MEA|7|
-        @CONT_CHAN_POSTTEST_ZERO / EXH_CW_NO_MEA 8 / @CONT_CHAN_POSTTEST_SPAN / EXH_CW_NO_MEA 9 / @CONT_CHAN_REF_SPAN / EXH_CW_NO_MEA 10 => value[8][0] 1|EXH_CW_NO_MEA|8| ; value[9][0] 1|EXH_CW_NO_MEA|9| ; value[10][0] 1|EXH_CW_NO_MEA|10|
-        @CONT_CHAN_REF_SPAN / XYZ / AT2_CW_CO_MEA@X 1 / "" => ! channel XYZ|2 ; ! channel-ext AT2_CW_CO_MEA@X|3 ; ! channel |4
-        @PRIMARY_CHOICES / ?  EXH_CW_NO_MEA "a  b" ~80 / EXH_CW_NO_MEA / ? AT2_CW_CO_MEA@X => primary[0] 1|?  EXH_CW_NO_MEA "a  b" ~55 ; ! channel |3 ; ! channel-ext AT2_CW_CO_MEA@X|4
-        EXH_CW_NO_MEA / @SAMPL_BAG_CONC more / XYZ 1 / @NONE / XYZ / @DESKEW_TIMES_2 => ! ftir-keyword @SAMPL_BAG_CONC|2 ; ! ftir-keyword @NONE|4 ; ! ftir-keyword @DESKEW_TIMES_2|6
-        @LEAK_TEST_VALIDATION / T 1 2 l 3 l AT1_CW_CO_MEA@2 XYZ AT2_CW_CO_MEA@X AT1_CW_CO_MEA EXH_CW_NO_MEA 2021/03/04-10:11:12 => train[0] 1|T|1|2|l|3|l|2021/03/04-10:11:1|AT1_CW_CO_MEA@2|EXH_CW_NO_MEA ; read_ftir_file 65 30000 Entry ignored-LEAK TEST keywd = <XYZ> in file <ftir> at line=2 is invalid ; read_ftir_file 1 30000 Entry ignored - LEAK TEST keywd - An invalid PAM_keyword extension has been used for - <AT2_CW_CO_MEA@X> in file <ftir> at line=2
-        @LEAK_TEST_VALIDATION / ~99 ~99 ~99 ~99 ~99 ~99 EXH_CW_NO_MEA CVS_CW_CO2_MEA / 10:11 => train[0] 1|~44|~79|~79|~15|~79|~15||EXH_CW_NO_MEA|CVS_CW_CO2_MEA ; train[1] 1|10:11||||||10:11
-    )")) {
-        const auto read = [] { return read_ftir(kSpecified); };
-        EXPECT_EQ(run({{"ftir", c.lines}}, read), c.entries) << c.lines;
+    for (CI_CHANNEL* const channel : {ci.data_channels, ci.chn_group_channels[0], ci.ecm_channels,
+                                      ci.subsys_logi_grp_channels[0]}) {
+        std::strcpy(channel->pam_keyword, "a@lm");
+        EXPECT_EQ(chk_pkw_in_cvsci_specs("A@LM"), 1);
+        EXPECT_EQ(chk_pkw_in_cvsci_specs("a@lm"), 0);
+        EXPECT_EQ(chk_pkw_in_cvsci_specs("A"), 0);
+        channel->pam_keyword[0] = '\0';
     }
+    for (CI_CHANNEL* const channel :
+         {ci.data_channels + 1, ci.chn_group_channels[1], ci.AI_channels, ci.statistical_channels,
+          ci.subsystem_logi_channels})
+        std::strcpy(channel->pam_keyword, "A");
+    EXPECT_EQ(chk_pkw_in_cvsci_specs("A"), 0);
 }
 
-TEST(FtirFile, DeskewTimesThatBelongElsewhere) {
+// Entries that the test specification does not have are passed over without an entry in the log.
+// The line count is that of the file in which this one is read.
+TEST_F(FtirFile, DeskewTimes) {
+    Spec_file_line_count = 7;
+    read(R"(@DESKEW_TIMES
+AT1_CW_CO_MEA@2 1.5 sec
+EXH_CW_NO_MEA
+EXH_CW_NO_MEA 1.5s
+AT1_CW_CO_MEA@2 +1e1 abcdefghijklmnopq
+EXH_CW_NO_MEA x
+EXH_CW_NO_MEA 1,5
+EXH_CW_NO_MEA " "
+XYZ@X 1x
+AT2_CW_CO_MEA@X 1x
+CVS_CW_CO2_MEA@100 1
+at1_cw_co_mea@2 1
+CVS_CW_CO2_MEA 1x
+AT1_CW_CO_MEA 1x
+AT1_CW_CO_MEA@3 1x
+@DESKEW_TIMES
+AT1_CD_NO_MEA@99 2
+)");
+    EXPECT_EQ(Spec_file_line_count, 7);
+    EXPECT_EQ(Ftir.num_deskew_chans, 4);
+    EXPECT_EQ(text(Ftir.deskew[0]), "AT1_CW_CO_MEA@2|1.5|1.5|sec");
+    EXPECT_EQ(text(Ftir.deskew[1]), "EXH_CW_NO_MEA|0||");
+    EXPECT_EQ(text(Ftir.deskew[2]), "AT1_CW_CO_MEA@2|10|+1e1|abcdefghijklmno");
+    EXPECT_EQ(text(Ftir.deskew[3]), "AT1_CD_NO_MEA@99|2|2|");
+    EXPECT_EQ(log.text(), unfolded(R"(
+read_ftir_file 65 30000 Deskew time = <1.5s> in file <ftir> at line 4 is invalid
+read_ftir_file 65 30000 Deskew time = <x> in file <ftir> at line 6 is invalid
+read_ftir_file 65 30000 Deskew time = <1,5> in file <ftir> at line 7 is invalid
+read_ftir_file 65 30000 Deskew time = < > in file <ftir> at line 8 is invalid
+read_ftir_file 65 30000 Entry ignored-FTIR Deskew time chan = <XYZ@X> in file <ftir> at line=9 \
+is invalid
+read_ftir_file 1 30000 Entry ignored - FTIR Deskew time chan - An invalid PAM_keyword extension \
+has been used for - <AT2_CW_CO_MEA@X> in file <ftir> at line=10
+read_ftir_file 1 30000 Entry ignored - FTIR Deskew time chan - An invalid PAM_keyword extension \
+has been used for - <CVS_CW_CO2_MEA@100> in file <ftir> at line=11
+read_ftir_file 65 30000 Entry ignored-FTIR Deskew time chan = <at1_cw_co_mea@2> in file <ftir> at \
+line=12 is invalid
+read_ftir_file 65 30000 Entry ignored-Deskew time chan for <CVS_CW_CO2_MEA> should be in the bench \
+or pmcart data file
+)"));
+}
+
+TEST_F(FtirFile, DeskewTimesThatBelongElsewhere) {
     for (const std::string species :
          {"CVS_CD_CO2", "CVS_CD_CO", "CVS_CD_NO", "CVS_CD_NOX", "CVS_CW_CO2", "CVS_CW_CO",
           "CVS_CW_HC", "CVS_CW_NO", "CVS_CW_NOX", "EXH_CW_HC"}) {
         const std::string a = species + "_MEA", b = a + "@2";
-        EXPECT_EQ(run({{"ftir", "@DESKEW_TIMES / " + a + " 1 / " + b + " 1"}},
-                      [&] { return read_ftir(a + ' ' + b); }),
-                  "! deskew-foreign " + a + "\n! deskew-foreign " + b + "\n");
+        specify(a);
+        specify(b);
+        read("@DESKEW_TIMES\n" + a + " 1\n" + b + " 1\n");
+        EXPECT_EQ(Ftir.num_deskew_chans, 0);
+        const std::string start = "read_ftir_file 65 30000 Entry ignored-Deskew time chan for <";
+        const std::string end = "> should be in the bench or pmcart data file\n";
+        EXPECT_EQ(log.take(), start + a + end + start + b + end);
     }
 }
 
-TEST(FtirFile, MissingFileLeavesAnEmptyRecord) {
-    const auto read = [] {
-        const std::string before = read_ftir(kSpecified);
-        copyn(FTIR_filename, "missing");
-        return before + read_ftir(kSpecified);
-    };
-    EXPECT_EQ(run({{"ftir", "@DESKEW_TIMES / EXH_CW_NO_MEA 1"}}, read),
-              "deskew[0] EXH_CW_NO_MEA|1|1|\n! ftir missing\n");
+TEST_F(FtirFile, DetectionMethodsAndChoices) {
+    read(R"(EXH_CW_NO_MEA
+@SAMPL_BAG_CONC more
+XYZ 1
+@NONE
+XYZ
+@CONT_CHAN_DET_METHOD
+AT1_CW_CO_MEA@LM m a b "c  d"
+CVS_CW_CO2_MEA m 0123456789012345678901234567890123456789012345678901234567890123456789 12345678 y z
+EXH_CW_NO_MEA
+XYZ
+AT2_CW_CO_MEA@X
+@CONT_CHAN_DET_METHOD
+CVS_CW_CO2_MEA b
+@PRIMARY_CHOICES
+?  EXH_CW_NO_MEA "a  b"
+EXH_CW_NO_MEA
+? AT2_CW_CO_MEA@X
+@DESKEW_TIMES_2
+)");
+    EXPECT_EQ(Ftir.num_det_method_chans, 4);
+    EXPECT_EQ(text(Ftir.det_method[0]), "1|AT1_CW_CO_MEA@LM|m|a b c  d");
+    EXPECT_EQ(
+        text(Ftir.det_method[1]),
+        "1|CVS_CW_CO2_MEA|m|" +
+            std::string(
+                "0123456789012345678901234567890123456789012345678901234567890123456789 12345678"));
+    EXPECT_EQ(text(Ftir.det_method[2]), "1|EXH_CW_NO_MEA||");
+    EXPECT_EQ(text(Ftir.det_method[3]), "1|CVS_CW_CO2_MEA|b|");
+    EXPECT_EQ(Ftir.num_prim_chans, 1);
+    EXPECT_EQ(Ftir.primary[0].active, 1);
+    EXPECT_STREQ(Ftir.primary[0].choices, "?  EXH_CW_NO_MEA \"a  b\"");
+    EXPECT_EQ(log.text(), unfolded(R"(
+read_ftir_file 65 30000 The keyword <@SAMPL_BAG_CONC> is not a valid FTIR keywd in file <ftir> at \
+line <2>
+read_ftir_file 65 30000 The keyword <@NONE> is not a valid FTIR keywd in file <ftir> at line <4>
+read_ftir_file 65 30000 Entry ignored-FTIR keywd = <XYZ> in file <ftir> at line=10 is invalid
+read_ftir_file 1 30000 Entry ignored - FTIR keywd - An invalid PAM_keyword extension has been used \
+for - <AT2_CW_CO_MEA@X> in file <ftir> at line=11
+read_ftir_file 65 30000 Entry ignored-FTIR keywd = <> in file <ftir> at line=16 is invalid
+read_ftir_file 1 30000 Entry ignored - FTIR keywd - An invalid PAM_keyword extension has been used \
+for - <AT2_CW_CO_MEA@X> in file <ftir> at line=17
+read_ftir_file 65 30000 The keyword <@DESKEW_TIMES_2> is not a valid FTIR keywd in file <ftir> at \
+line <18>
+)"));
 }
 
-// 1044 lines of a section are read, whether they are accepted or not. Lists that run on over
-// sections are full at 1044 entries, which each section reports once. The line count is that of the
-// file in which this one is read.
-TEST(FtirFile, Capacities) {
-    const auto section = [](const std::string& keyword, int count, const std::string& line) {
-        std::string text = "@" + keyword;
-        while (count-- > 0) text += " / " + line;
-        return text + " / ";
+// A second section of a keyword replaces the first.
+TEST_F(FtirFile, ChannelValues) {
+    read(R"(@CONT_CHAN_UL_VAL
+EXH_CW_NO_MEA 1
+EXH_CW_NO_MEA 2
+@CONT_CHAN_UL_VAL
+CVS_CW_CO2_MEA 3
+@CONT_CHAN_LL_VAL
+EXH_CW_NO_MEA 1
+@CONT_CHAN_LL_VAL
+AT1_CW_CO_MEA 3
+@CONT_CHAN_PRETEST_ZERO
+EXH_CW_NO_MEA 6
+CVS_CW_CO2_MEA
+AT1_CW_CO_MEA 1
+@CONT_CHAN_PRETEST_SPAN
+EXH_CW_NO_MEA 7
+@CONT_CHAN_POSTTEST_ZERO
+EXH_CW_NO_MEA 8
+@CONT_CHAN_POSTTEST_SPAN
+EXH_CW_NO_MEA 9
+@CONT_CHAN_REF_SPAN
+XYZ
+AT2_CW_CO_MEA@X 1
+""
+EXH_CW_NO_MEA 10
+)");
+    const auto values = [](EMIS_ENTRIES entry) {
+        const FTIR_GENERIC& section = Ftir.emKeywd[entry];
+        std::string result = std::to_string(section.active);
+        for (int i = 0; i < section.num_ftir_chans; ++i) result += ' ' + text(section.ftirChn[i]);
+        return result;
     };
-    const auto counts = [] {
-        Spec_file_line_count = 7;
-        read_ftir(kSpecified);
-        return std::to_string(Ftir.num_deskew_chans) + ' ' +
-               std::to_string(Ftir.num_det_method_chans) + ' ' +
-               std::to_string(Spec_file_line_count) + '\n';
-    };
-    const std::string no = "EXH_CW_NO_MEA 1", other = "AT1_CW_CO_MEA 1";
-    const std::pair<std::string, const char*> files[] = {
-        {section("DESKEW_TIMES", 1043, other) + no + " / " + no, "1 0 7\n"},
-        {section("DESKEW_TIMES", 1044, no) + section("DESKEW_TIMES", 2, other + " / " + no) +
-             section("DESKEW_TIMES", 1, no),
-         "1044 0 7\n! full 1048\n! full 1052\n"},
-        {section("CONT_CHAN_DET_METHOD", 1043, no) + section("CONT_CHAN_DET_METHOD", 3, no),
-         "0 1044 7\n! full 1047\n"}};
-    for (const auto& [file, expected] : files) EXPECT_EQ(run({{"ftir", file}}, counts), expected);
+    EXPECT_EQ(values(CONT_CHAN_UL_VAL), "1 1|CVS_CW_CO2_MEA|3|");
+    EXPECT_EQ(values(CONT_CHAN_LL_VAL), "0");
+    EXPECT_EQ(values(CONT_CHAN_PRETEST_ZERO), "1 1|EXH_CW_NO_MEA|6| 1|CVS_CW_CO2_MEA||");
+    EXPECT_EQ(values(CONT_CHAN_PRETEST_SPAN), "1 1|EXH_CW_NO_MEA|7|");
+    EXPECT_EQ(values(CONT_CHAN_POSTTEST_ZERO), "1 1|EXH_CW_NO_MEA|8|");
+    EXPECT_EQ(values(CONT_CHAN_POSTTEST_SPAN), "1 1|EXH_CW_NO_MEA|9|");
+    EXPECT_EQ(values(CONT_CHAN_REF_SPAN), "1 1|EXH_CW_NO_MEA|10|");
+    EXPECT_EQ(log.text(), unfolded(R"(
+read_ftir_file 65 30000 Entry ignored-FTIR keywd = <XYZ> in file <ftir> at line=21 is invalid
+read_ftir_file 1 30000 Entry ignored - FTIR keywd - An invalid PAM_keyword extension has been used \
+for - <AT2_CW_CO_MEA@X> in file <ftir> at line=22
+read_ftir_file 65 30000 Entry ignored-FTIR keywd = <> in file <ftir> at line=23 is invalid
+)"));
 }
 
-// The same options in the bench file and in the FTIR file.
-TEST(ChemicalBalance, BenchAndFtir) {
-    const auto expect = [](const std::string& lines, std::string bench, std::string ftir) {
-        const std::string file = "@CHEMICAL_BALANCE_OPTIONS / " + lines;
-        EXPECT_EQ(run({{"ftir", file}}, [] { return read_ftir("A"); }), ftir) << lines;
-        const FILES files = {{"bench", "@SPECIES_TAG_TO_KEYWORD_MAPPING / " + file}, {"ftir", ""}};
-        EXPECT_EQ(run(files, read_bench), bench) << lines;
-    };
-    for (const CASE& c : cases(R"(
-        OPTIONS / DIL_CO2 AT1_CD_CO2_MEA@2 ppm / K_H2O_GAS 3.5 / CVS_CONT_OPTIONS / CO2 K => option[0] OPTIONS|0 DIL_CO2|AT1_CD_CO2_MEA@2|ppm|1 K_H2O_GAS|3.5| ; option[1] CVS_CONT_OPTIONS|4 CO2|K|
-        OPTIONS / CO2 K / NO_FRACTION 1 / K_H2O_GAS 1 % / RAW_CONT_OPTIONS / DIL_CO2 K / K_H2O_GAS K / NOX K => option[0] OPTIONS|1 K_H2O_GAS|1|% ; option[3] RAW_CONT_OPTIONS|9 NOX|K|
-        CVS_SAMPL_BAG_OPTIONS / NO_NO2_OPTION a u / NO_FRACTION b / CO c / THC d / NO e / NO2 f u v => option[2] CVS_SAMPL_BAG_OPTIONS|2 NO_NO2_OPTION|a|u|3 NO_FRACTION|b||5 CO|c||6 THC|d||7 NO|e||8 NO2|f|u
-        CVS_CONT_OPTIONS / CO ~99 ~20 / CVS_CONT_OPTIONS / CO K => option[1] CVS_CONT_OPTIONS|5 CO|K|~15
-        RAW_CONT_OPTIONS / OPTIONS => option[0] OPTIONS ; option[3] RAW_CONT_OPTIONS
-        OPTIONS / @NEXT_SECTION / RAW_CONT_OPTIONS => option[0] OPTIONS
-    )")) {
-        std::string ftir = c.entries;
-        for (std::size_t at = 0; (at = ftir.find("option[", at)) != std::string::npos; at += 12)
-            ftir.insert(at, "ftir_");
-        if (c.lines.find("@NEXT") != std::string::npos) ftir += "! ftir-keyword @NEXT_SECTION|3\n";
-        expect(c.lines, c.entries, ftir);
+TEST_F(FtirFile, LeakTests) {
+    read(R"(@LEAK_TEST_VALIDATION
+T 1 2 l 3 l AT1_CW_CO_MEA@2 XYZ AT2_CW_CO_MEA@X AT1_CW_CO_MEA EXH_CW_NO_MEA 2021/03/04-10:11:12
+U 1 2 l 3 l EXH_CW_NO_MEA CVS_CW_CO2_MEA
+10:11
+)");
+    EXPECT_EQ(Ftir.num_leak_trains, 3);
+    EXPECT_EQ(text(Ftir.leak_tst[0]),
+              "1|T|1|2|l|3|l|2021/03/04-10:11:1|AT1_CW_CO_MEA@2|EXH_CW_NO_MEA");
+    EXPECT_EQ(text(Ftir.leak_tst[1]), "1|U|1|2|l|3|l||EXH_CW_NO_MEA|CVS_CW_CO2_MEA");
+    EXPECT_EQ(text(Ftir.leak_tst[2]), "1|10:11||||||10:11");
+    EXPECT_EQ(log.text(), unfolded(R"(
+read_ftir_file 65 30000 Entry ignored-LEAK TEST keywd = <XYZ> in file <ftir> at line=2 is invalid
+read_ftir_file 1 30000 Entry ignored - LEAK TEST keywd - An invalid PAM_keyword extension has been \
+used for - <AT2_CW_CO_MEA@X> in file <ftir> at line=2
+)"));
+}
+
+TEST_F(FtirFile, MissingFileLeavesAnEmptyRecord) {
+    read("@DESKEW_TIMES\nEXH_CW_NO_MEA 1\n");
+    EXPECT_EQ(Ftir.num_deskew_chans, 1);
+    read_ftir_file("missing");
+    EXPECT_EQ(Ftir.num_deskew_chans, 0);
+    EXPECT_EQ(text(Ftir.deskew[0]), "|0||");
+    EXPECT_EQ(log.text(),
+              "read_ftir_file 65 77 Could not open file missing No data will be "
+              "available from FTIR cart\n");
+}
+
+// The options in the bench file and in the FTIR file.
+class ChemicalBalance : public tests::TASK_TEST {
+ protected:
+    static void read(const std::string& lines) {
+        const std::string section = "@CHEMICAL_BALANCE_OPTIONS\n" + lines;
+        write("bench", "@SPECIES_TAG_TO_KEYWORD_MAPPING\n" + section);
+        write("ftir", section);
+        EM_CHAN_INFO info[NUM_SPECIES_ROWS];
+        EXPECT_EQ(read_em_data(info), 0);
     }
-    // A line between groups ends the FTIR file's options, not the bench's.
-    expect("CO2 K / OPTIONS / K_H2O_GAS 1", "option[0] OPTIONS|1 K_H2O_GAS|1|\n", "");
-    expect("OPTIONS / K_H2O_GAS 1 / WHAT / NOX K / RAW_CONT_OPTIONS / NOX K",
-           "option[0] OPTIONS|1 K_H2O_GAS|1|\noption[3] RAW_CONT_OPTIONS|9 NOX|K|\n",
-           "ftir_option[0] OPTIONS|1 K_H2O_GAS|1|\n");
-    // Only the FTIR file's dilution CO2 is to be an FTIR channel with an extension.
-    expect("OPTIONS / DIL_CO2 XYZ@2 / DIL_CO2 AT1_CD_CO2_MEA / DIL_CO2 AT1_CD_CO2_MEA@X / DIL_CO2",
-           "option[0] OPTIONS|0 DIL_CO2||\n",
-           "ftir_option[0] OPTIONS\n! option XYZ@2|3\n! option-ext AT1_CD_CO2_MEA|4\n"
-           "! option-ext AT1_CD_CO2_MEA@X|5\n! option |6\n");
+    static std::string bench(int group) { return text(Emis_data.chem_bal.options[group]); }
+    static std::string ftir(int group) { return text(Ftir.chem_bal.options[group]); }
+};
+
+// Group 0 takes the first two species, the others take the rest.
+TEST_F(ChemicalBalance, Groups) {
+    read(R"(OPTIONS
+CO2 K
+NO_FRACTION 1
+DIL_CO2 AT1_CD_CO2_MEA@2 ppm
+K_H2O_GAS 3.5
+CVS_CONT_OPTIONS
+CO KCO abcdefghijklmnopq
+CO2 K
+CVS_CONT_OPTIONS
+CO K
+CVS_SAMPL_BAG_OPTIONS
+NO_NO2_OPTION a u
+NO_FRACTION b
+CO c
+THC d
+NO e
+NO2 f u v
+RAW_CONT_OPTIONS
+DIL_CO2 K
+K_H2O_GAS K
+NOX K
+)");
+    const std::string expected[] = {
+        "OPTIONS, 0 DIL_CO2|AT1_CD_CO2_MEA@2|ppm, 1 K_H2O_GAS|3.5|",
+        "CVS_CONT_OPTIONS, 4 CO2|K|, 5 CO|K|abcdefghijklmno",
+        "CVS_SAMPL_BAG_OPTIONS, 2 NO_NO2_OPTION|a|u, 3 NO_FRACTION|b|, 5 CO|c|, 6 THC|d|, "
+        "7 NO|e|, 8 NO2|f|u",
+        "RAW_CONT_OPTIONS, 9 NOX|K|"};
+    for (int group = 0; group < 4; ++group) {
+        EXPECT_EQ(bench(group), expected[group]);
+        EXPECT_EQ(ftir(group), expected[group]);
+    }
+    EXPECT_EQ(log.text(), "");
+}
+
+TEST_F(ChemicalBalance, GroupsWithoutSpecies) {
+    read("RAW_CONT_OPTIONS\nOPTIONS\n@NEXT_SECTION\nCVS_CONT_OPTIONS\n");
+    for (const auto& group : {bench, ftir}) {
+        EXPECT_EQ(group(0), "OPTIONS");
+        EXPECT_EQ(group(1), "");
+        EXPECT_EQ(group(3), "RAW_CONT_OPTIONS");
+    }
+    EXPECT_EQ(log.text(),
+              "read_ftir_file 65 30000 The keyword <@NEXT_SECTION> is not a valid FTIR "
+              "keywd in file <ftir> at line <4>\n");
+}
+
+TEST_F(ChemicalBalance, LineBetweenGroupsEndsThoseOfTheFtirFile) {
+    read("CO2 K\nOPTIONS\nK_H2O_GAS 1\n");
+    EXPECT_EQ(bench(0), "OPTIONS, 1 K_H2O_GAS|1|");
+    EXPECT_EQ(ftir(0), "");
+    read("OPTIONS\nK_H2O_GAS 1\nWHAT\nNOX K\nRAW_CONT_OPTIONS\nNOX K\n");
+    EXPECT_EQ(bench(0), "OPTIONS, 1 K_H2O_GAS|1|");
+    EXPECT_EQ(bench(3), "RAW_CONT_OPTIONS, 9 NOX|K|");
+    EXPECT_EQ(ftir(0), "OPTIONS, 1 K_H2O_GAS|1|");
+    EXPECT_EQ(ftir(3), "");
+    EXPECT_EQ(log.text(), "");
+}
+
+TEST_F(ChemicalBalance, DilutionOfTheFtirFileIsAnFtirChannelWithAnExtension) {
+    read("OPTIONS\nDIL_CO2 XYZ@2\nDIL_CO2 AT1_CD_CO2_MEA\nDIL_CO2 AT1_CD_CO2_MEA@X\nDIL_CO2\n");
+    EXPECT_EQ(bench(0), "OPTIONS, 0 DIL_CO2||");
+    EXPECT_EQ(ftir(0), "OPTIONS");
+    EXPECT_EQ(log.text(), unfolded(R"(
+proc_ftir_chem_bal 65 30000 Entry ignored-FTIR_CHEM_BALANCE - option species keywd = <XYZ@2> in \
+file <ftir> at line=3 is invalid
+proc_ftir_chem_bal 1 30000 Entry ignored - FTIR_CHEM_BALANCE - An invalid PAM_keyword extension \
+has been used for - <AT1_CD_CO2_MEA> in file <ftir> at line=4
+proc_ftir_chem_bal 1 30000 Entry ignored - FTIR_CHEM_BALANCE - An invalid PAM_keyword extension \
+has been used for - <AT1_CD_CO2_MEA@X> in file <ftir> at line=5
+proc_ftir_chem_bal 65 30000 Entry ignored-FTIR_CHEM_BALANCE - option species keywd = <> in file \
+<ftir> at line=6 is invalid
+)"));
 }
 
 }  // namespace

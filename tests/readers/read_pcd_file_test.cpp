@@ -1,56 +1,135 @@
 // The particulate cart file.
 #include "quon5/readers/read_pcd_file.h"
 
-#include <gtest/gtest.h>
-
 #include "runtime/index_map.h"
-#include "runtime/string_operations.h"
-#include "tests/readers/reader_test.h"
+#include "tests/readers/record_text.h"
+#include "tests/task_test.h"
 
 namespace {
 
-using namespace reader_test;
+using tests::text;
+using tests::unfolded;
 
-TEST(ParticulateCart, Sections) {
-    for (const CASE& c : cases(R"(
-        @DESKEW_TIMES / PN 2 / HC -999999 sec / CO => member[0][0] 0|HC|HC|-999999|sec ; member[0][5] 1|CO|CO|| ; member[0][10] 1|PN|PN|2|
-        @DESKEW_TIMES / CO -999989 / XY 3 / HC -999990 => member[0][0] 0|HC|HC|-999990| ; member[0][5] 1|CO|CO|-999989| ; read_pcd_file 65 -1 Unknown species=<XY> found at line 3 in file cart, entry is ignored
-        @DESKEW_TIMES / PN 1 sec / PN 2 / PN / @NO_SUCH / HC 1 => member[0][10] 1|PN|PN|2|sec
-        @PROP_SMPL_VALIDATION / a b c d / e f ~99 => prop[3] 1|e|f|~79
-        @PROP_SMPL_VALIDATION / a => prop[3] 1|a||
-        @PM_LEAK_TEST_VALIDATION / T 1 2 l => read_pcd_file 65 30000 Expected 5, 6, or 7, got 4, items for leak PM sample MPS, in file cart at line number 2, item ignored
-        @PM_LEAK_TEST_VALIDATION / T 1 2 l 3 => leak[6] 1|T|1|2|l|3||
-        @PM_LEAK_TEST_VALIDATION / ~50 1 -999990 ~20 3 m => leak[6] 0|~44|1|-999990|~15|3|m|
-        @PM_LEAK_TEST_VALIDATION / T 1 2 l 3 m date / V 1 2 l 3 m date more / U 4 5 k 6 => leak[6] 1|U|4|5|k|6|m|date ; read_pcd_file 65 30000 Expected 5, 6, or 7, got 8, items for leak PM sample MPS, in file cart at line number 3, item ignored
-        @APS_INFO / PMS_CONF 3 / @MPS_INFO / PMF_ID ~32 / PMS_ID ~31 / PMS_CONF -7x / PMS_SAMPLE_LOC ~33 => pm_info[0] ~31|~31|-7|~31 ; pm_info[1] ||3|
-        @BPS_INFO / PMF_ID 1 / WHAT "is this" / PMF_ID => read_pcd_file 1 30000 Unknown entry=WHAT "is this" found in pm cart file it will be ignored
-    )")) {
-        const auto read = [] {
+class ParticulateCart : public tests::TASK_TEST {
+ protected:
+    // Reads all sections of this cart file, and checks what they leave.
+    static void read(const std::string& contents, const std::function<void()>& check) {
+        write("cart", contents);
+        std::strcpy(Pm_cart_filename, "cart");
+        tests::in_own_process([&] {
             for (const auto section : {DESKEW_TIMES_PM, MPS_INFO_PM, APS_INFO_PM, BPS_INFO_PM,
                                        PROP_SAMPL_MPS_PM, LEAK_SAMPL_MPS_PM})
                 read_pcd_file(section);
-            return emission_entries();
-        };
-        EXPECT_EQ(run({{"cart", c.lines}}, read), c.entries) << c.lines;
+            check();
+        });
     }
+};
+
+TEST_F(ParticulateCart, DeskewTimes) {
+    read(R"(@DESKEW_TIMES
+PN 1 sec
+PN 2
+PN
+HC -999999 sec
+CO
+NOX -999989
+CH4 -999990
+XY 3
+@NO_SUCH
+HC 1
+)",
+         [&] {
+             const auto& deskew = Emis_data.member[DESKEW_TIMES];
+             EXPECT_EQ(text(deskew[CVS_PN]), "1|PN|PN|2|sec");
+             EXPECT_EQ(text(deskew[CVS_HC]), "0|HC|HC|-999999|sec");
+             EXPECT_EQ(text(deskew[CVS_CO]), "1|CO|CO||");
+             EXPECT_EQ(text(deskew[CVS_NOX]), "1|NOX|NOX|-999989|");
+             EXPECT_EQ(text(deskew[CVS_CH4]), "0|CH4|CH4|-999990|");
+             EXPECT_EQ(log.text(),
+                       "read_pcd_file 65 -1 Unknown species=<XY> found at line 9 in "
+                       "file cart, entry is ignored\n");
+         });
 }
 
-TEST(ParticulateCart, MissingFileAndOtherSections) {
-    const auto read = [] {
-        string_associate_indexN("@SEVEN", 7, 15);
-        read_pcd_file(0);  // there is no cart
+TEST_F(ParticulateCart, LastLinesOfSampleAndLeakTest) {
+    read(R"(@PROP_SMPL_VALIDATION
+a b c d
+e f g
+@PM_LEAK_TEST_VALIDATION
+T 1 2 l
+T 1 2 l 3 m date
+V 1 2 l 3 m date more
+U 4 5 k 6
+)",
+         [&] {
+             EXPECT_EQ(text(Emis_data.prop_smpl[3]), "1|e|f|g");
+             EXPECT_EQ(text(Emis_data.leak[6]), "1|U|4|5|k|6|m|date");
+             EXPECT_EQ(log.text(), unfolded(R"(
+read_pcd_file 65 30000 Expected 5, 6, or 7, got 4, items for leak PM sample MPS, in file cart at \
+line number 5, item ignored
+read_pcd_file 65 30000 Expected 5, 6, or 7, got 8, items for leak PM sample MPS, in file cart at \
+line number 7, item ignored
+)"));
+         });
+}
+
+TEST_F(ParticulateCart, ShortSampleAndLeakTestWithoutAValue) {
+    read("@PROP_SMPL_VALIDATION\na\n@PM_LEAK_TEST_VALIDATION\nT 1 -999990 l 3 m\n", [&] {
+        EXPECT_EQ(text(Emis_data.prop_smpl[3]), "1|a||");
+        EXPECT_EQ(text(Emis_data.leak[6]), "0|T|1|-999990|l|3|m|");
+        EXPECT_EQ(log.text(), "");
+    });
+}
+
+TEST_F(ParticulateCart, Systems) {
+    read(R"(@APS_INFO
+PMS_CONF 3
+@MPS_INFO
+PMF_ID abcdefghijklmnopqrstuvwxyz-123456
+PMS_ID Abcdefghijklmnopqrstuvwxyz-123456
+PMS_CONF -7x
+PMS_SAMPLE_LOC ABcdefghijklmnopqrstuvwxyz-123456
+@BPS_INFO
+PMF_ID 1
+WHAT "is this"
+PMF_ID
+)",
+         [&] {
+             EXPECT_EQ(text(Emis_data.pm_info[0]),
+                       "abcdefghijklmnopqrstuvwxyz-1234|Abcdefghijklmnopqrstuvwxyz-1234|-7|"
+                       "ABcdefghijklmnopqrstuvwxyz-1234");
+             EXPECT_EQ(text(Emis_data.pm_info[1]), "||3|");
+             EXPECT_EQ(text(Emis_data.pm_info[2]), "||0|");
+             EXPECT_EQ(log.text(),
+                       "read_pcd_file 1 30000 Unknown entry=WHAT \"is this\" found in "
+                       "pm cart file it will be ignored\n");
+         });
+}
+
+// The cart file is opened by the first call that can, and stays open.
+TEST_F(ParticulateCart, MissingFileAndOtherSections) {
+    write("later", "@PROP_SMPL_VALIDATION\na b c\n@SEVEN\na\nb\n");
+    tests::in_own_process([&] {
+        string_associate_indexN("@SEVEN", 7, PM_CART_MAP);
+        read_pcd_file(DESKEW_TIMES_PM);  // there is no cart
         for (const char* name : {"missing", "NoPM_available", "later", "missing"}) {
-            copyn(Pm_cart_filename, name);
-            read_pcd_file(3);
+            std::strcpy(Pm_cart_filename, name);
+            read_pcd_file(PROP_SAMPL_MPS_PM);
         }
         read_pcd_file(7);
         read_pcd_file(8);
-        return emission_entries();
-    };
-    EXPECT_EQ(run({{"later", "@PROP_SMPL_VALIDATION / a b c / @SEVEN / a / b"}}, read),
-              "prop[3] 1|a|b|c\n! cart missing\n! cart NoPM_available\n! cart-section 7\n"
-              "! cart-section 7\nread_pcd_file 65 30000 Could not convert index <8> to a "
-              "pm cart keyword Some data will be unavailable from particulate cart\n");
+        EXPECT_EQ(text(Emis_data.prop_smpl[3]), "1|a|b|c");
+        const std::string unexpected =
+            "read_pcd_file 65 256 Unexpected pcd file index = <7> foundSome particulate cart data "
+            "may be missing \n";
+        EXPECT_EQ(log.text(), unfolded(R"(
+read_pcd_file 65 77 Could not open file missing No data will be available from particulate cart
+read_pcd_file 65 77 Could not open file NoPM_available No data will be available from \
+particulate cart
+)") + unexpected + unexpected +
+                                  "read_pcd_file 65 30000 Could not convert index <8> to a pm cart "
+                                  "keyword Some data will be unavailable from particulate cart\n");
+    });
 }
 
 }  // namespace

@@ -9,58 +9,87 @@
 #include "runtime/tokens.h"
 #include "tests/runtime/temporary_file.h"
 
-using tests::cells;
-using tests::ROW;
+using tests::fields;
 using tests::TEMPORARY_FILE;
 
 TEST(Strings, AreCopiedAndChangedInPlace) {
-    // the text, its copy into 5 characters, trimmed, stripped, in upper case
-    for (const auto& row : tests::rows(R"(| | | | || \s\s\s | \s\s\s | | | \s\s\s
-abcd | abcd | abcd | abcd | ABCD || aZ_@[`{é | aZ_@ | aZ_@[`{é | aZ_@[`{é | AZ_@[`{é
-\s a\t\s | \s a\t | \s a\t | a\t\s | \s A\t\s)")) {
-        const char* const text = row[0].c_str();
+    // a text, and how it is copied into 5 characters, trimmed, stripped, and in upper case
+    const std::pair<const char*, const char*> cases[] = {
+        {"", "|||"},
+        {"   ", "   |||   "},
+        {"abcd", "abcd|abcd|abcd|ABCD"},
+        {"aZ_@[`{é", "aZ_@|aZ_@[`{é|aZ_@[`{é|AZ_@[`{é"},
+        {"  a\t ", "  a\t|  a\t|a\t |  A\t "}};
+    for (const auto& [text, expected] : cases) {
         char copy[5], trimmed[16], stripped[16], upper[16];
-        copyn("strings_test", 1, copy, text, 5);
+        copyn("test", 1, copy, text, 5);
         string_trim(std::strcpy(trimmed, text));
         string_strip(std::strcpy(stripped, text));
         EXPECT_EQ(strupr(std::strcpy(upper, text)), upper);
-        EXPECT_EQ(cells(text, copy, trimmed, stripped, upper), row);
+        EXPECT_EQ(fields(copy, trimmed, stripped, upper), expected);
     }
 }
 
-TEST(Tokens, AreSplitAtBlanksOrDelimiters) {
-    // the line, the delimiters (none: blanks and quotes), the tokens
-    for (const auto& row : tests::rows(R"(| || \t \s | || CO  1.5\tppm \t | | CO | 1.5 | ppm
-"a  b"\t'c " d' "it's" | | a  b | c " d | it's || "" x '' | | | x |
-"a"b "c"'d' | | a | b | c | d || a"b c" # d | | a"b | c" | # | d || x "to the end\s | | x | to the end\s
-x " | | x | || /tests/maps//M123/ | / | tests | maps | M123 || CVS_CO@2 | @ | CVS_CO | 2
-\sa b/"c/d" | / | \sa b | "c | d" || a@/b/@c | /@ | a | b | c || // | / || | /)")) {
-        TOKENS<15> blanks(row[0].c_str());
-        TOKENS<15> delimited(row[0].c_str(), row[1].c_str(), 65);
-        const TOKENS<15>& tokens = row[1].empty() ? blanks : delimited;
-        EXPECT_EQ(tokens.count(), static_cast<short>(row.size() - 2)) << row[0];
-        for (std::size_t i = 0; i < 15; ++i)
-            EXPECT_EQ(tokens[static_cast<int>(i)], i + 2 < row.size() ? row[i + 2] : "") << row[0];
-    }
+namespace {
+
+void expect_tokens(TOKENS<15> tokens, const std::vector<const char*>& expected) {
+    EXPECT_EQ(tokens.count(), static_cast<short>(expected.size()));
+    for (std::size_t i = 0; i < 15; ++i)
+        EXPECT_STREQ(tokens[static_cast<int>(i)], i < expected.size() ? expected[i] : "");
+}
+
+}  // namespace
+
+TEST(Tokens, AreSplitAtBlanksAndTabs) {
+    expect_tokens(TOKENS<15>(""), {});
+    expect_tokens(TOKENS<15>("\t  "), {});
+    expect_tokens(TOKENS<15>("CO  1.5\tppm \t"), {"CO", "1.5", "ppm"});
+    expect_tokens(TOKENS<15>("\"a  b\"\t'c \" d' \"it's\""), {"a  b", "c \" d", "it's"});
+    expect_tokens(TOKENS<15>(R"("" x '')"), {"", "x", ""});
+    expect_tokens(TOKENS<15>(R"("a"b "c"'d')"), {"a", "b", "c", "d"});
+    expect_tokens(TOKENS<15>(R"(a"b c" # d)"), {"a\"b", "c\"", "#", "d"});
+    expect_tokens(TOKENS<15>(R"(x "to the end )"), {"x", "to the end "});
+    expect_tokens(TOKENS<15>(R"(x ")"), {"x", ""});
+}
+
+TEST(Tokens, AreSplitAtDelimiters) {
+    expect_tokens(TOKENS<15>("/tests/maps//M123/", "/", 65), {"tests", "maps", "M123"});
+    expect_tokens(TOKENS<15>("CVS_CO@2", "@", 65), {"CVS_CO", "2"});
+    expect_tokens(TOKENS<15>(R"( a b/"c/d")", "/", 65), {" a b", "\"c", "d\""});
+    expect_tokens(TOKENS<15>("a@/b/@c", "/@", 65), {"a", "b", "c"});
+    expect_tokens(TOKENS<15>("//", "/", 65), {});
+    expect_tokens(TOKENS<15>("", "/", 65), {});
 }
 
 TEST(Tokens, StayWithinTheirTable) {
-    for (const auto& row : tests::rows(R"(\V 2 c d e | 3 | 2 | 3 || "\V"2 c d e | 1 | 2 | 3)")) {
+    const std::string wide(303, 'x');
+    const std::pair<std::string, TOKEN_TYPE> lines[] = {
+        {wide + " 2 c d e", SPACE_DELIMITED_STRING_TOKEN},
+        {'"' + wide + "\"2 c d e", QUOTE_DELIMITED_TOKEN}};
+    for (const auto& [line, type] : lines) {
         char texts[3][80];
         TOKEN_TYPE types[3];
-        EXPECT_EQ(parse_line(row[0].c_str(), 3, 80, 65, texts[0], types), 3);
-        EXPECT_EQ(cells(texts[0], texts[1], texts[2]), (ROW{std::string(79, 'x'), "2", "c"}));
-        EXPECT_EQ(cells(row[0], types[0], types[1], types[2]), row);
+        EXPECT_EQ(parse_line(line.c_str(), 3, 80, 65, texts[0], types), 3);
+        EXPECT_EQ(fields(texts[0], texts[1], texts[2]), wide.substr(0, 79) + "|2|c");
+        EXPECT_EQ(fields(types[0], types[1], types[2]), fields(type, 2, 3));
     }
 }
 
 TEST(Paths, SplitIntoDirectoryNameAndExtension) {
-    for (const auto& row : tests::rows(R"(/maps/M123/restr.dat | /maps/M123/ | restr | .dat
-em_bench.42 | | em_bench | .42 || ../a.b/c | ../a.b/ | c | || /tests/ | /tests/ | | || | | |
-a.b.c | | a.b | .c || .profile | | | .profile || name. | | name | . || \V/\V.\V | \V | \V | .\V)")) {
-        const PATH_PARTS parts(row[0].c_str());
-        EXPECT_EQ(cells(parts.node, parts.dir, parts.name, parts.ext),
-                  (ROW{"", row[1].substr(0, 256), row[2].substr(0, 48), row[3].substr(0, 48)}));
+    const std::string wide(303, 'x'), dir(256, 'x'), name(48, 'x');
+    const std::pair<std::string, std::string> cases[] = {
+        {"/maps/M123/restr.dat", "|/maps/M123/|restr|.dat"},
+        {"em_bench.42", "||em_bench|.42"},
+        {"../a.b/c", "|../a.b/|c|"},
+        {"/tests/", "|/tests/||"},
+        {"", "|||"},
+        {"a.b.c", "||a.b|.c"},
+        {".profile", "|||.profile"},
+        {"name.", "||name|."},
+        {wide + "/" + wide + "." + wide, "|" + dir + "|" + name + "|." + name.substr(1)}};
+    for (const auto& [path, expected] : cases) {
+        const PATH_PARTS parts(path.c_str());
+        EXPECT_EQ(fields(parts.node, parts.dir, parts.name, parts.ext), expected);
     }
 }
 

@@ -1,4 +1,4 @@
-// Files of a test, its error log, and tables of cases.
+// Files of a test, and its error log.
 #ifndef QUON5_TESTS_RUNTIME_TEMPORARY_FILE_H
 #define QUON5_TESTS_RUNTIME_TEMPORARY_FILE_H
 
@@ -7,11 +7,9 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <map>
 #include <regex>
 #include <sstream>
 #include <string>
-#include <vector>
 
 namespace tests {
 
@@ -49,48 +47,36 @@ class TEST_LOG : public TEMPORARY_FILE {
         keep_log(contents());
         unsetenv("TAVRIN_ERROR_LOG");
     }
-    // The entries without times and source lines: "module mode=1 code=0 text".
+    TEST_LOG(const TEST_LOG&) = delete;
+    TEST_LOG& operator=(const TEST_LOG&) = delete;
+    // The entries without times and source lines: "module mode code text".
     std::string text() const {
-        static const std::regex head("(^|\n)\\S{19} (\\w+):\\d+");
-        return std::regex_replace(contents(), head, "$1$2");
+        static const std::regex head(
+            "(^|\n)\\S{19} \\[\\d+\\] (\\w+):\\d+ mode=(\\d+) code=(-?\\d+)");
+        return std::regex_replace(contents(), head, "$1$2 $3 $4");
+    }
+    // The same, and begins anew.
+    std::string take() {
+        const std::string entries = text();
+        keep_log(contents());
+        std::ofstream(path(), std::ios::trunc).flush();
+        return entries;
     }
 };
 
-// The parts of `text` between separators.
-inline std::vector<std::string> split(const std::string& text, char separator) {
-    std::vector<std::string> parts(1);
-    for (const char c : text) c == separator ? parts.emplace_back() : parts.back() += c;
-    return parts;
+// A raw string as the text that it shows: without the line end that follows its `R"(`, and with a
+// line that ends with a backslash continued, as in a shell.
+inline std::string unfolded(const std::string& text) {
+    static const std::regex fold("^\n|\\\\\n");
+    return std::regex_replace(text, fold, "");
 }
 
-// The rows of a table, ended by a line end or "||", their cells between bars. Blanks around a cell
-// do not count. \n \r \t and \s (a blank) stand for what would not show, \0 for the character zero,
-// \L for 1023 and \V for 303 characters x.
-using ROW = std::vector<std::string>;
-inline std::vector<ROW> rows(const std::string& table) {
-    static const std::regex row_end("\\|\\|");
-    static const std::map<char, char> codes = {{'n', '\n'}, {'r', '\r'}, {'t', '\t'}, {'s', ' '},
-                                               {'0', '\0'}, {'L', 'x'},  {'V', 'x'}};
-    std::vector<ROW> result;
-    for (const std::string& line : split(std::regex_replace(table, row_end, "\n"), '\n')) {
-        result.emplace_back();
-        for (std::string& cell : split(line, '|')) {
-            cell.erase(0, cell.find_first_not_of(' ')).erase(cell.find_last_not_of(' ') + 1);
-            std::string& text = result.back().emplace_back();
-            for (std::size_t i = 0; i < cell.size(); ++i) {
-                const char c = cell[i] == '\\' ? codes.at(cell[++i]) : cell[i];
-                text.append(c != 'x' || cell[i] == c ? 1 : cell[i] == 'L' ? 1023 : 303, c);
-            }
-        }
-    }
-    return result;
-}
-
-// Results as the cells of a row.
+// Results as text, with bars between.
 template <class... VALUES>
-ROW cells(const VALUES&... values) {
-    const auto text = [](const auto& value) { return (std::ostringstream() << value).str(); };
-    return {text(values)...};
+std::string fields(const VALUES&... values) {
+    std::ostringstream result;
+    ((result << '|' << values), ...);
+    return result.str().substr(1);
 }
 
 }  // namespace tests

@@ -7,7 +7,7 @@
 #include "runtime/shared_variables.h"
 #include "tests/runtime/temporary_file.h"
 
-using tests::cells;
+using tests::fields;
 
 namespace {
 
@@ -21,20 +21,36 @@ std::unique_ptr<FILE, int (*)(FILE*)> open_text(const std::string& contents) {
 }  // namespace
 
 TEST(TextFile, FirstLineOfTheKeywordA) {
-    // the text, the result, the line, and the line count
-    for (const auto& row : tests::rows(R"(x\n@A\nvalue\n | 1 | value | 3
-@A\n@B\nvalue\n | 1 | @B | 2 || @A\r\n\r\n 1.5[ppm] \r\n | 1 | \s1.5[ppm]\s | 3
-@A \t rest\n\tvalue | 1 | \tvalue | 2 || @A\n\n# c\n \t\n \t# c\nvalue # 1\n | 1 | value # 1 | 6
-@AB\n1\n@A_\n2\n@A\n3\n@A\n4\n | 1 | 3 | 6 || x @A\n1\n @A\n2\n#@A\n3\n@a\n4\n@A\n5\n | 1 | 5 | 10
-@A\n\L\L\n1\n | 1 | \L | 2 || @A\n\L\r\n1\n | 1 | \L | 2 || \L\L\n@A\t\L\n1\n | 1 | 1 | 3
-@A\nab\0cd\n1\n | 1 | ab | 2 || a\0b\n\0\n@A\nvalue | 1 | value | 4 || @LOGGED_RECORDS\n@A\n1\n | -51 | | 1
-@A\n@LOGGED_RECORDS\n0.0,1\n | 1 | @LOGGED_RECORDS | 2 || @LOGGED_RECORDS_OF\n@A\n1\n | 1 | 1 | 3
-x\n@A | -1 | | 2 || @A\n# c\n\n | -1 | | 3 || | -51 | | 0 || @AB\n1\nA\n2\n | -51 | | 4)")) {
-        const auto file = open_text(row[0]);
+    using namespace std::string_literals;
+    const std::string most(1023, 'x');  // a line of the full width
+    const std::pair<std::string, std::string> cases[] = {
+        // result, line and line count
+        {"x\n@A\nvalue\n", "1|value|3"},
+        {"@A\n@B\nvalue\n", "1|@B|2"},
+        {"@A\r\n\r\n 1.5[ppm] \r\n", "1| 1.5[ppm] |3"},
+        {"@A \t rest\n\tvalue", "1|\tvalue|2"},
+        {"@A\n\n# c\n \t\n \t# c\nvalue # 1\n", "1|value # 1|6"},
+        {"@AB\n1\n@A_\n2\n@A\n3\n@A\n4\n", "1|3|6"},
+        {"x @A\n1\n @A\n2\n#@A\n3\n@a\n4\n@A\n5\n", "1|5|10"},
+        {"@A\n" + most + most + "\n1\n", "1|" + most + "|2"},
+        {"@A\n" + most + "\r\n1\n", "1|" + most + "|2"},
+        {most + most + "\n@A\t" + most + "\n1\n", "1|1|3"},
+        {"@A\nab\0cd\n1\n"s, "1|ab|2"},
+        {"a\0b\n\0\n@A\nvalue"s, "1|value|4"},
+        {"@LOGGED_RECORDS\n@A\n1\n", "-51||1"},
+        {"@A\n@LOGGED_RECORDS\n0.0,1\n", "1|@LOGGED_RECORDS|2"},
+        {"@LOGGED_RECORDS_OF\n@A\n1\n", "1|1|3"},
+        {"x\n@A", "-1||2"},
+        {"@A\n# c\n\n", "-1||3"},
+        {"", "-51||0"},
+        {"@AB\n1\nA\n2\n", "-51||4"},
+    };
+    for (const auto& [text, expected] : cases) {
+        const auto file = open_text(text);
         for (int pass = 0; pass < 2; ++pass) {  // the second from wherever the first ended
             char line[LINE_SIZE] = "before";
             const short result = get_1st_line(file.get(), line, "@A");
-            EXPECT_EQ(cells(row[0], result, line, Spec_file_line_count), row);
+            EXPECT_EQ(fields(result, line, Spec_file_line_count), expected) << text;
         }
     }
 }
@@ -42,27 +58,33 @@ x\n@A | -1 | | 2 || @A\n# c\n\n | -1 | | 3 || | -51 | | 0 || @AB\n1\nA\n2\n | -5
 TEST(TextFile, NextLinesUntilTheRecords) {
     const auto file = open_text("one\n\n\n@A\r\n@LOGGED_RECORDS\nrecord\n");
     char line[LINE_SIZE];
-    for (const auto& row : tests::rows("1|one|1||1|@A|4||1|@LOGGED_RECORDS|5||-1| |5||-1| |5")) {
+    for (const char* expected : {"1|one|1", "1|@A|4", "1|@LOGGED_RECORDS|5", "-1||5", "-1||5"}) {
         const short result = get_next_line(file.get(), line);
-        EXPECT_EQ(cells(result, line, Spec_file_line_count), row);
+        EXPECT_EQ(fields(result, line, Spec_file_line_count), expected);
     }
     EXPECT_EQ(get_1st_line(file.get(), line, "@LOGGED_RECORDS"), END_OF_FILE);
 }
 
 TEST(TextFile, KeywordEntryIsTheLineAfterTheKeyword) {
-    for (const auto& row : tests::rows(R"(@A\n  1.5 [ppm]  \n | 0 | 1.5 [ppm] || @A\n@B\nx\n | -1 |
-@A\n \t"&  NOX  " \n | 0 | \t"&  NOX  " || @A | -1 | || @AB\nx\n | -1 |)")) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"@A\n  1.5 [ppm]  \n", "0|1.5 [ppm]"},
+        {"@A\n \t\"&  NOX  \" \n", "0|\t\"&  NOX  \""},
+        {"@A\n@B\nx\n", "-1|"},
+        {"@A", "-1|"},
+        {"@AB\nx\n", "-1|"}};
+    char entry[ENTRY_SIZE];
+    for (const auto& [text, expected] : cases) {
         const tests::TEST_LOG log;
-        const auto file = open_text(row[0]);
-        char entry[ENTRY_SIZE];
-        const short result = get_keywd_entry(file.get(), "@A", entry, "orda.dat");
-        EXPECT_EQ(cells(row[0], result, entry), row);
-        EXPECT_EQ(log.text().empty(), result == 0) << log.text();
+        const short result = get_keywd_entry(open_text(text).get(), "@A", entry, "orda.dat");
+        EXPECT_EQ(fields(result, entry), expected) << text;
+        EXPECT_EQ(log.text(), result == 0 ? ""
+                                          : "get_keywd_entry 1 30000 Could not find "
+                                            "keyword @A in file orda.dat\n");
     }
-    char entry[ENTRY_SIZE];  // what does not fit is cut, and the line count stays at its limit
+    // What does not fit is cut, and the line count stays at its limit.
     const auto file = open_text(std::string(40000, '\n') + "@A\n" + std::string(303, 'x'));
     EXPECT_EQ(get_keywd_entry(file.get(), "@A", entry, "orda.dat"), 0);
-    EXPECT_EQ(cells(entry, Spec_file_line_count), cells(std::string(79, 'x'), 32767));
+    EXPECT_EQ(fields(entry, Spec_file_line_count), std::string(79, 'x') + "|32767");
 }
 
 TEST(TextFile, LineThatBreaksOffWhereTheFileCannotBeReadIsNoLine) {
@@ -76,5 +98,5 @@ TEST(TextFile, LineThatBreaksOffWhereTheFileCannotBeReadIsNoLine) {
     char line[LINE_SIZE];
     EXPECT_EQ(get_next_line(file.get(), line), 1);
     EXPECT_EQ(get_next_line(file.get(), line), END_OF_FILE);
-    EXPECT_EQ(cells(line, Spec_file_line_count), cells("", 1));
+    EXPECT_EQ(fields(line, Spec_file_line_count), "|1");
 }
