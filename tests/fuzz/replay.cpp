@@ -2,9 +2,11 @@
 //
 //   fuzz_replay TARGET FILE|DIRECTORY ...   runs the target on each file
 //   fuzz_replay --dictionary                prints the vocabulary of the inputs as a dictionary
-//   fuzz_replay                             prints the targets: name, longest input, share, file
+//
+// Another name prints the targets. Each input is run twice: what a run leaves behind may not change
+// what the next one writes.
 #include <cstdio>
-#include <cstring>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -15,6 +17,7 @@
 #include "inc/spec_keycodes.h"
 #include "quon5/FTIR.h"
 #include "quon5/vocabulary.h"
+#include "tests/fuzz/memory_files.h"
 #include "tests/fuzz/targets.h"
 
 namespace {
@@ -53,29 +56,39 @@ void print_dictionary() {
     for (std::string word; others >> word;) print_word(word.c_str());
 }
 
-void replay(const FuzzTarget& target, const std::filesystem::path& file, int& count) {
+void replay(const FuzzTarget& target, const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     const std::string input{std::istreambuf_iterator<char>(stream), {}};
     printf("%s\n", file.c_str());  // the last one named is the one that failed
     fflush(stdout);
     execute(target, input);
-    ++count;
+    const std::size_t written = take_written();
+    execute(target, input);
+    if (take_written() != written) abort();
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc > 1 && std::strcmp(argv[1], "--dictionary") == 0) return print_dictionary(), 0;
-    const FuzzTarget* target = find_target(argc > 1 ? argv[1] : "");
-    if (target == nullptr) return argc > 1 ? 2 : 0;
-    prepare(*target);
+    const std::string_view name = argc > 1 ? argv[1] : "";
+    if (name == "--dictionary") {
+        print_dictionary();
+        return 0;
+    }
+    const FuzzTarget* const target = find_target(name);
+    if (target == nullptr) return 2;
+    prepare();
     int count = 0;
     for (int i = 2; i < argc; ++i) {
-        if (!std::filesystem::is_directory(argv[i]))
-            replay(*target, argv[i], count);
-        else
-            for (const auto& file : std::filesystem::directory_iterator(argv[i]))
-                replay(*target, file.path(), count);
+        if (!std::filesystem::is_directory(argv[i])) {
+            replay(*target, argv[i]);
+            ++count;
+            continue;
+        }
+        for (const auto& file : std::filesystem::directory_iterator(argv[i])) {
+            replay(*target, file.path());
+            ++count;
+        }
     }
     printf("%d inputs\n", count);
     return count > 0 ? 0 : 1;
