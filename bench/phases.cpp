@@ -55,7 +55,7 @@ void write_codes() {
 void write_sections() {
     char label[80];
     if (Version_cvsci > 6 && get_fuel_consumed_lbl(label) == 1) {
-        copyn("phases", Tr_em_data_chans[EM_FUEL_CONSUMED], label);
+        copyn(Tr_em_data_chans[EM_FUEL_CONSUMED], label);
     }
     require(tran_em_data(0, All_chans, cycle_time, "") == 0, "the data section");
     fclose(Quon5_optr);

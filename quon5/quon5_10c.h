@@ -151,10 +151,10 @@ extern char Em_species_map[NUM_SPECIES_ROWS][80];  // PAM keyword, empty when no
 extern short Species_measrd[NUM_SPECIES_ROWS];     // 1 when measured
 
 // The rows of `date` and `init_date` for an entry.
-constexpr short date_row(EMIS_ENTRIES entry) {
+constexpr int date_row(EMIS_ENTRIES entry) {
     return entry == BACKGND_DATE_TIME ? 1 : 0;
 }
-constexpr short init_date_row(EMIS_ENTRIES entry) {
+constexpr int init_date_row(EMIS_ENTRIES entry) {
     return entry == CONT_CHAN_INIT_CONTAMINATION   ? 0
            : entry == SAMPL_BAG_INIT_CONTAMINATION ? 1
                                                    : 2;

@@ -76,7 +76,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     const FuzzTarget* const target = find_target(name);
-    if (target == nullptr) return 2;
+    if (target == nullptr) return argc > 1 ? 2 : 0;
     prepare();
     int count = 0;
     for (int i = 2; i < argc; ++i) {
