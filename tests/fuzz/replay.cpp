@@ -3,12 +3,11 @@
 //   fuzz_replay TARGET FILE|DIRECTORY ...   runs the target on each file
 //   fuzz_replay --dictionary                prints the vocabulary of the inputs as a dictionary
 //
-// Another name prints the targets. Each input is run twice: what a run leaves behind may not change
-// what the next one writes.
+// Any other call prints the targets. Each input is run twice: a run may leave nothing behind that
+// changes the output of the next one.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <sstream>
 #include <string>
@@ -22,16 +21,13 @@
 
 namespace {
 
-void print_word(const char* word) {
-    if (word[0] != '\0') printf("\"%s\"\n", word);
-}
-
-template <class Text, std::size_t N>
-void print_words(const Text (&words)[N], std::size_t step = 1) {
-    for (std::size_t i = 0; i < N; i += step) print_word(words[i]);
-}
-
 void print_dictionary() {
+    const auto print_word = [](const std::string& word) {
+        if (!word.empty()) printf("\"%s\"\n", word.c_str());
+    };
+    const auto print_words = [&](const auto& words, std::size_t step = 1) {
+        for (std::size_t i = 0; i < std::size(words); i += step) print_word(words[i]);
+    };
     print_words(Keywords);
     print_words(Em_species_keywds);
     print_words(Em_wet_dry_keywds);
@@ -40,9 +36,7 @@ void print_dictionary() {
     print_words(Map_key_names, 8);
     print_words(Cycle_key_names, 8);
     print_words(FTIR_chans, 37);  // some of each point, basis and instance
-    for (const KEYWORD_ARGUMENT& argument : Keyword_arguments) {
-        print_word((std::string(argument.name) + '=').c_str());
-    }
+    for (const auto& argument : Keyword_arguments) print_word(std::string(argument.name) + '=');
     // Keywords of the runtime's files, and what stands around and between values.
     std::istringstream others(R"(@SPECIES_TAG_TO_KEYWORD_MAPPING @PM_LEAK_TEST_VALIDATION
         @BACKGND_CORRECTION_OPTIONS @CW_H2O_INPUT_OPTIONS @FLUID_STREAM_BOUNDS @FLUID_STREAM
@@ -53,18 +47,26 @@ void print_dictionary() {
         PMF_ID PMS_ID PMS_CONF PMS_SAMPLE_LOC MAP CYCLE ACTIVITY channel parameter both -999999
         2026-03-05T14:07:31 nan inf -1e309 9223372036854775808 [in_h2o] ft3/min kg*m/s @99 @LF
         \x0d\x0a \x0a@ %%%\x20)");
-    for (std::string word; others >> word;) print_word(word.c_str());
+    for (std::string word; others >> word;) print_word(word);
 }
 
-void replay(const FuzzTarget& target, const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    const std::string input{std::istreambuf_iterator<char>(stream), {}};
-    printf("%s\n", file.c_str());  // the last one named is the one that failed
+// Runs the target on a file, or on those of a directory, and returns their number.
+int replay(const FuzzTarget& target, const std::filesystem::path& path) {
+    int count = 0;
+    if (std::filesystem::is_directory(path)) {
+        for (const auto& file : std::filesystem::directory_iterator(path)) {
+            count += replay(target, file.path());
+        }
+        return count;
+    }
+    printf("%s\n", path.c_str());  // the last one named is the one that failed
     fflush(stdout);
+    const std::string input = contents_of(path);
     execute(target, input);
     const std::size_t written = take_written();
     execute(target, input);
     if (take_written() != written) abort();
+    return 1;
 }
 
 }  // namespace
@@ -79,17 +81,7 @@ int main(int argc, char** argv) {
     if (target == nullptr) return argc > 1 ? 2 : 0;
     prepare();
     int count = 0;
-    for (int i = 2; i < argc; ++i) {
-        if (!std::filesystem::is_directory(argv[i])) {
-            replay(*target, argv[i]);
-            ++count;
-            continue;
-        }
-        for (const auto& file : std::filesystem::directory_iterator(argv[i])) {
-            replay(*target, file.path());
-            ++count;
-        }
-    }
+    for (int i = 2; i < argc; ++i) count += replay(*target, argv[i]);
     printf("%d inputs\n", count);
     return count > 0 ? 0 : 1;
 }

@@ -5,8 +5,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <vector>
 
@@ -203,10 +201,8 @@ void prepare() {
     stderr = fopen("/dev/null", "w");  // of the task; a sanitizer's report goes to descriptor 2
     const std::filesystem::path directory = QUON5_SIMULATED_TEST;
     for (const auto& file : std::filesystem::recursive_directory_iterator(directory)) {
-        std::ifstream stream(file.path(), std::ios::binary);
-        if (!file.is_regular_file()) continue;
-        Simulated_files[file.path().lexically_relative(directory).string()] = {
-            std::istreambuf_iterator<char>(stream), {}};
+        const std::string name = file.path().lexically_relative(directory);
+        if (file.is_regular_file()) Simulated_files[name] = contents_of(file.path());
     }
     use_memory_files();
     Memory_files = Simulated_files;
