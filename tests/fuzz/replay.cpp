@@ -3,14 +3,15 @@
 //   fuzz_replay TARGET FILE|DIRECTORY ...   runs the target on each file
 //   fuzz_replay --dictionary                prints the vocabulary of the inputs as a dictionary
 //
-// Any other call prints the targets. Each input is run twice: a run may leave nothing behind that
-// changes the output of the next one.
+// Any other call prints the targets. The files are run in their order and then backwards: a run may
+// leave nothing behind that changes the output of another.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <iterator>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "base/arguments.h"
 #include "inc/spec_keycodes.h"
@@ -50,23 +51,26 @@ void print_dictionary() {
     for (std::string word; others >> word;) print_word(word);
 }
 
-// Runs the target on a file, or on those of a directory, and returns their number.
-int replay(const FuzzTarget& target, const std::filesystem::path& path) {
-    int count = 0;
-    if (std::filesystem::is_directory(path)) {
-        for (const auto& file : std::filesystem::directory_iterator(path)) {
-            count += replay(target, file.path());
+std::vector<std::string> files_of(int count, char** names) {
+    std::vector<std::string> files;
+    for (int i = 0; i < count; ++i) {
+        if (!std::filesystem::is_directory(names[i])) {
+            files.emplace_back(names[i]);
+            continue;
         }
-        return count;
+        for (const auto& file : std::filesystem::directory_iterator(names[i])) {
+            files.push_back(file.path());
+        }
     }
-    printf("%s\n", path.c_str());  // the last one named is the one that failed
+    return files;
+}
+
+// Runs the target on a file, and returns the hash of what it wrote.
+std::size_t replay(const FuzzTarget& target, const std::string& file) {
+    printf("%s\n", file.c_str());  // the last one named is the one that failed
     fflush(stdout);
-    const std::string input = contents_of(path);
-    execute(target, input);
-    const std::size_t written = take_written();
-    execute(target, input);
-    if (take_written() != written) abort();
-    return 1;
+    execute(target, contents_of(file));
+    return take_written();
 }
 
 }  // namespace
@@ -80,8 +84,12 @@ int main(int argc, char** argv) {
     const FuzzTarget* const target = find_target(name);
     if (target == nullptr) return argc > 1 ? 2 : 0;
     prepare();
-    int count = 0;
-    for (int i = 2; i < argc; ++i) count += replay(*target, argv[i]);
-    printf("%d inputs\n", count);
-    return count > 0 ? 0 : 1;
+    const std::vector<std::string> files = files_of(argc - 2, argv + 2);
+    std::vector<std::size_t> written;
+    for (const std::string& file : files) written.push_back(replay(*target, file));
+    for (std::size_t i = files.size(); i-- > 0;) {
+        if (replay(*target, files[i]) != written[i]) abort();
+    }
+    printf("%zu inputs\n", files.size());
+    return files.empty() ? 1 : 0;
 }
