@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -18,6 +20,7 @@ std::map<std::string, std::string>& Memory_files = *new std::map<std::string, st
 namespace {
 
 struct Opened {
+    bool in_use;
     const std::string* file;  // none when it is written
     std::size_t at;
     bool is_log;
@@ -45,12 +48,13 @@ int open_file(const char* name, int flags, mode_t /*mode*/) {
     const bool reads = (flags & O_ACCMODE) == O_RDONLY;
     const std::string* const file = reads ? find_file(name) : nullptr;
     if (reads && file == nullptr) return -1;
-    Descriptors.push_back({file, 0, std::strcmp(name, "error.log") == 0});
+    Descriptors.push_back({true, file, 0, std::strcmp(name, "error.log") == 0});
     return static_cast<int>(Descriptors.size()) - 1;
 }
 
 int close_file(int fd) {
-    if (static_cast<std::size_t>(fd) + 1 == Descriptors.size()) Descriptors.pop_back();
+    Descriptors[static_cast<std::size_t>(fd)].in_use = false;
+    while (!Descriptors.back().in_use) Descriptors.pop_back();
     return 0;
 }
 
@@ -84,7 +88,7 @@ off_t seek_file(int fd, off_t offset, int whence) {
 }  // namespace
 
 void use_memory_files() {
-    Descriptors.resize(3);  // those of the standard streams
+    Descriptors.resize(3, {true, nullptr, 0, false});  // the standard streams
     File_calls = {
         open_file, close_file, read_file, write_file, seek_file,
         [](const char* name, struct stat* info) { return describe(find_file(name), info); },
@@ -94,6 +98,11 @@ void use_memory_files() {
         fopencookie,
         // An entry of the log is written without a child.
         [](void (*)(void*), void*) { return false; }};
+}
+
+std::string contents_of(const std::string& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 std::size_t take_written() {

@@ -12,6 +12,8 @@ extern std::map<std::string, std::string>& Memory_files;  // streams outlive sta
 
 void use_memory_files();
 
+std::string contents_of(const std::string& path);  // of a file of the system
+
 // A hash of what was written since the last call, without the times of log entries.
 std::size_t take_written();
 

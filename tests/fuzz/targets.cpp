@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <map>
 #include <sstream>
-#include <string>
 #include <vector>
 
+#include "base/open_file.h"
+#include "base/zero_record.h"
 #include "quon5/clear_task.h"
 #include "quon5/init.h"
 #include "quon5/process_records.h"
@@ -21,14 +20,19 @@
 #include "quon5/timing/logged_channels.h"
 #include "runtime/cell_config.h"
 #include "runtime/ci_specs.h"
-#include "runtime/keyword_memory.h"
+#include "runtime/index_map.h"
 #include "runtime/logger_data.h"
 #include "runtime/string_operations.h"
+#include "runtime/units.h"
 #include "tests/fuzz/memory_files.h"
 
 namespace {
 
-// The command line of the simulated test, one word a line.
+constexpr char kKeywordMemory[] = "keyword_memory.dat";
+constexpr char kLog[] = "logr_data.42";
+constexpr char kArguments[] = "arguments";  // words of the command line, one a line
+
+// The command line of the simulated test.
 constexpr std::string_view kSimulatedCall =
     "logr_spec=logr_spec.dat\nlogr_data=logr_data.42\nquon5_output=results/M123/quon5.FTP\nstep=1\n"
     "cycle=FTP\nci_specs=ci_specs.dat\norda_specs=orda_specs.dat\nem_bench=em_bench.42\n"
@@ -36,13 +40,13 @@ constexpr std::string_view kSimulatedCall =
     "quon6=results/M123/quon6.FTP\nquon7=results/M123/quon7.FTP\npm_cart=pm_cart.42\n"
     "filt_data=filter_data.42\nFTIR_file=ftir.42\nactivity=Development test";
 
-std::map<std::string, std::string> Simulated_files;  // by name
+std::map<std::string, std::string> Simulated_files;
 
-// A call of `main`, which is init or run_sequence, with the words of `text`, one a line.
+// Calls `main`, which is init or run_sequence, with these words.
 template <class Main>
-void call(Main main, const std::string& text) {
+void call(Main main, std::string_view text) {
     std::vector<std::string> words = {"quon5"};
-    std::istringstream lines(text);
+    std::istringstream lines{std::string(text)};
     for (std::string word; std::getline(lines, word);) words.push_back(word);
     std::vector<char*> argv(words.size() + 1);
     std::transform(words.begin(), words.end(), argv.begin(),
@@ -52,12 +56,13 @@ void call(Main main, const std::string& text) {
 
 EM_CHAN_INFO channel_info[NUM_SPECIES_ROWS];
 
-void run_bench(std::string_view /*input*/) {
+void read_bench() {
     read_em_data(channel_info);
 }
 
-void run_ftir(std::string_view /*input*/) {
+void read_ftir() {
     // The channels that the file may name.
+    Customer_input.num_data_chns = 0;
     for (const char* keyword : {"AT1_CD_NOX_MEA", "EXH_CW_NO2_MEA", "EXH_CW_N2O_MEA@2"}) {
         CI_CHANNEL& channel = Customer_input.data_channels[Customer_input.num_data_chns++];
         copyn(channel.pam_keyword, keyword);
@@ -65,25 +70,25 @@ void run_ftir(std::string_view /*input*/) {
     read_ftir_file(FTIR_filename);
 }
 
-void run_cart(std::string_view /*input*/) {
+void read_cart() {
     for (const PM_CART_ENTRIES entry : {DESKEW_TIMES_PM, PROP_SAMPL_MPS_PM, LEAK_SAMPL_MPS_PM,
                                         MPS_INFO_PM, APS_INFO_PM, BPS_INFO_PM}) {
         read_pcd_file(entry);
     }
 }
 
-void run_specification(std::string_view /*input*/) {
+void read_specification() {
     read_ci_specs(Ci_specs_filename, &Customer_input, 0);
     calc_num_spec_logr_chans();
 }
 
-void run_cell_configuration(std::string_view /*input*/) {
+void read_cell_configuration() {
     read_cell_cfg();
     char label[80];
     get_fuel_consumed_lbl(label);
 }
 
-void run_keyword_memory(std::string_view /*input*/) {
+void read_keyword_memory() {
     Keyword_memory = static_cast<KEYWORD*>(get_shrd_mem(KEYWORD_MEM, 0));
     if (Keyword_memory == nullptr) return;
     const int count = Keyword_memory->search_table[28];
@@ -98,8 +103,8 @@ void run_keyword_memory(std::string_view /*input*/) {
 }
 
 // Loads all of the log, then stretches of it, and reads what the loads promise to be readable.
-void run_logger_data(std::string_view /*input*/) {
-    if (get_logr_chan_info_mem(Logr_data_filename, &All_chans) == 0) return;
+void read_logger_data() {
+    if (get_logr_chan_info_mem(kLog, &All_chans) == 0) return;
     const int count = All_chans[0].num_channels;
     Num_chans_logged = static_cast<short>(count);
     std::vector<FLOGER_DATA_INFO> get_list(All_chans, All_chans + count);
@@ -116,61 +121,66 @@ void run_logger_data(std::string_view /*input*/) {
     }
 }
 
+// The readers keep what init registered; what they add to it is taken back.
+void forget_input() {
+    close_cart_file();
+    close_files();
+    clear_cell_config();
+    clear_logger_data();
+    Num_chans_logged = 0;
+    clear_compound_units();
+    clear_index_map(SPECIES_MAP, NUM_EMIS_SPECIES);
+    zero_static_record(Emis_data);
+    zero_static_record(Em_species_map);
+    zero_static_record(channel_info);
+}
+
+template <void (*kRead)()>
+void run_reader(std::string_view /*input*/) {
+    kRead();
+    forget_input();
+}
+
 void run_command_line(std::string_view input) {
-    call(init, std::string(input));
+    call(init, input);
+    clear_task();
 }
 
 // The input is a set of files, each after a line "%%% name"; files that it does not hold are those
 // of the simulated test. A file "append" stands for append mode.
 void run_task(std::string_view input) {
-    constexpr std::string_view kMarker = "%%% ";
-    std::string arguments(kSimulatedCall);
-    const char* append = "no";
-    for (const auto& [name, contents] : Simulated_files) Memory_files[name] = contents;
-    for (std::size_t at = 0; input.substr(at, kMarker.size()) == kMarker;) {
+    Memory_files = Simulated_files;
+    Memory_files[kArguments] = kSimulatedCall;
+    bool append = false;
+    for (std::size_t at = 0; input.substr(at).starts_with("%%% ");) {
         const std::size_t name_end = std::min(input.find('\n', at), input.size());
         const std::size_t end = std::min(input.find("\n%%% ", name_end), input.size() - 1) + 1;
-        const std::string name(input.substr(at + kMarker.size(), name_end - at - kMarker.size()));
+        const std::string name(input.substr(at + 4, name_end - at - 4));
+        append = append || name == "append";
+        const auto file = Memory_files.find(name);
         const std::size_t start = std::min(name_end + 1, end);
-        const std::string contents(input.substr(start, end - start));
-        if (name == "arguments") {
-            arguments = contents;
-        } else if (name == "append") {
-            append = "yes";
-        } else if (Simulated_files.count(name) != 0) {
-            Memory_files[name] = contents;
-        }
+        if (file != Memory_files.end()) file->second = input.substr(start, end - start);
         at = end;
     }
-    setenv("WRITE_APPEND", append, 1);
-    call(run_sequence, arguments);
+    setenv("WRITE_APPEND", append ? "yes" : "no", 1);
+    call(run_sequence, Memory_files[kArguments]);
+    clear_task();
 }
 
 // The shares are such that in one and a half hours on one core each reader has some 10 million
 // executions and the task 200,000.
 const FuzzTarget kTargets[] = {
-    {"bench", "em_bench.42", run_bench, 512, 13},
-    {"ftir", "ftir.42", run_ftir, 1024, 6},
-    {"cart", "pm_cart.42", run_cart, 512, 3},
-    {"specification", "ci_specs.dat", run_specification, 2048, 7},
-    {"cell_configuration", "cell_cfg.dat", run_cell_configuration, 512, 4},
-    {"keyword_memory", "keyword_memory.dat", run_keyword_memory, 1024, 6},
-    {"logger_data", "logr_data.42", run_logger_data, 1024, 5},
+    {"bench", "em_bench.42", run_reader<read_bench>, 512, 13},
+    {"ftir", "ftir.42", run_reader<read_ftir>, 1024, 6},
+    {"cart", "pm_cart.42", run_reader<read_cart>, 512, 3},
+    {"specification", "ci_specs.dat", run_reader<read_specification>, 2048, 7},
+    {"cell_configuration", "cell_cfg.dat", run_reader<read_cell_configuration>, 512, 4},
+    {"keyword_memory", kKeywordMemory, run_reader<read_keyword_memory>, 1024, 6},
+    {"logger_data", kLog, run_reader<read_logger_data>, 1024, 5},
     {"numbers", "", run_numbers, 64, 3},
-    {"command_line", "", run_command_line, 1024, 4},
+    {"command_line", kArguments, run_command_line, 1024, 4},
     {"task", "", run_task, 4096, 10},
 };
-
-// Takes the files of the simulated test from the directory that the build wrote them to.
-void read_simulated_files() {
-    const std::filesystem::path directory = QUON5_SIMULATED_TEST;
-    for (const auto& file : std::filesystem::recursive_directory_iterator(directory)) {
-        if (!file.is_regular_file()) continue;
-        std::ifstream stream(file.path(), std::ios::binary);
-        Simulated_files[file.path().lexically_relative(directory).string()] = {
-            std::istreambuf_iterator<char>(stream), {}};
-    }
-}
 
 }  // namespace
 
@@ -184,27 +194,25 @@ const FuzzTarget* find_target(std::string_view name) {
     return nullptr;
 }
 
-void prepare(const FuzzTarget& /*target*/) {
+void prepare() {
     setenv("TZ", "UTC", 1);
-    setenv("TAVRIN_KEYWORD_MEMORY", "keyword_memory.dat", 1);
-    read_simulated_files();
+    setenv("TAVRIN_KEYWORD_MEMORY", kKeywordMemory, 1);
+    unsetenv("TAVRIN_ERROR_LOG");
+    stderr = fopen("/dev/null", "w");  // of the task; a sanitizer's report goes to descriptor 2
+    const std::filesystem::path directory = QUON5_SIMULATED_TEST;
+    for (const auto& file : std::filesystem::recursive_directory_iterator(directory)) {
+        const std::string name = file.path().lexically_relative(directory);
+        if (file.is_regular_file()) Simulated_files[name] = contents_of(file.path());
+    }
     use_memory_files();
-    register_species_names();
-    register_item_names();
+    Memory_files = Simulated_files;
+    call(init, kSimulatedCall);
+    close_files();
+    // A reader finds its own file alone.
+    for (auto& [name, contents] : Memory_files) contents.clear();
 }
 
-// Each execution begins as a process does, with the names of start-up and the file names of the
-// simulated test. A target reads its own file alone.
 void execute(const FuzzTarget& target, std::string_view input) {
-    clear_run();
-    std::istringstream words{std::string(kSimulatedCall)};
-    for (const ARGUMENT_VALUE& value : Argument_values) {
-        std::string word;
-        std::getline(words, word);
-        if (value.text != nullptr)
-            copyn(value.text, word.c_str() + word.find('=') + 1, value.width);
-    }
-    for (const auto& [name, contents] : Simulated_files) Memory_files[name].clear();
-    if (target.file[0] != '\0') Memory_files[target.file] = input;
+    Memory_files[target.file] = input;
     target.run(input);
 }

@@ -22,7 +22,7 @@ void run_numbers(std::string_view input);
 // there is none.
 const FuzzTarget* find_target(std::string_view name);
 
-void prepare(const FuzzTarget& target);
+void prepare();  // once, before the first execution
 void execute(const FuzzTarget& target, std::string_view input);
 
 #endif
