@@ -4,6 +4,7 @@
 #include "base/run_outcome.h"
 #include "runtime/cell_config.h"
 #include "runtime/error_log.h"
+#include "runtime/index_map.h"
 #include "runtime/keyword_memory.h"
 #include "runtime/logger_data.h"
 #include "runtime/units.h"
@@ -13,6 +14,7 @@ void clear_runtime() {
     File_failed = false;
     Run_outcome = {};
     clear_error_log();
+    clear_index_maps();
     clear_compound_units();
     clear_keyword_memory();
     clear_cell_config();
