@@ -1,38 +1,68 @@
-// The keyword arguments of the command line, one word `name=value` each, in table order.
+// The keyword arguments of the task's command line, one word `name=value` each, and how any
+// program's arguments are described.
 #ifndef QUON5_BASE_ARGUMENTS_H
 #define QUON5_BASE_ARGUMENTS_H
+
+// What an argument's value is to the task. The outputs stand last, in the order in which they are
+// opened.
+enum ARGUMENT_USE : short {
+    NO_FILE,
+    UNOPENED_FILE,
+    INPUT_FILE,
+    SIBLING_FILE,  // joins the quon5 file in append mode
+    QUON5_FILE,
+    FILTER_DATA_FILE,
+    COMPOSITE_FILE,
+    NUM_ARGUMENT_USES
+};
 
 struct KEYWORD_ARGUMENT {
     const char* name;
     const char* default_value;  // "-": the argument must be given; any other text stands for itself
     const char* meaning;
     const char* details;  // for help and manual page: further sentences, a line each
+    ARGUMENT_USE use = NO_FILE;
 };
 
-inline constexpr KEYWORD_ARGUMENT Keyword_arguments[] = {
-    {"logr_spec", "-", "logger specification file", "It is not opened."},
-    {"logr_data", "-", "logger data file of the test", ""},
-    {"quon5_output", "-", "quon5 result file to write", ""},
-    {"step", "-", "number of the test step", "Nothing in the results depends on it."},
-    {"cycle", "-", "name of the cycle", "It is one of the customer input specification."},
-    {"ci_specs", "-", "customer input specification file", ""},
-    {"orda_specs", "-", "file of the logger labels (orda specs)", ""},
-    {"em_bench", "-", "emission bench file; its extension is the run number",
-     "A run number that is a positive multiple of 10 means a cold start."},
-    {"restr", "-", "intake and exhaust restriction file; its directory names the map",
-     "The map is the third component of the directory."},
-    {"cell_cfg", "-", "cell configuration file", ""},
-    {"quon_end_out", "-", "composite end-of-test file to write", ""},
-    {"quon6", "-", "quon6 result file",
-     "Its extension names the cycle and the last component of its directory\n"
-     "the map of the engine-control overrides."},
-    {"quon7", "-", "quon7 result file", ""},
-    {"pm_cart", "-", "particulate cart file, or NoPM_Available", ""},
-    {"filt_data", "-", "filter data file to write", ""},
-    {"FTIR_file", "--", "FTIR file", "Default: --, a file of that name."},
-    {"activity", "", "name of the activity",
-     "It is one of the customer input specification. Default: empty."},
-};
+// X(name, default, variable of the task that takes the value, use, meaning, details)
+// clang-format off
+#define QUON5_KEYWORD_ARGUMENTS(X) \
+    X(logr_spec, "-", Logr_spec_filename, UNOPENED_FILE, "logger specification file", \
+      "It is not opened.") \
+    X(logr_data, "-", Logr_data_filename, INPUT_FILE, "logger data file of the test", "") \
+    X(quon5_output, "-", Quon5_output_filename, QUON5_FILE, "quon5 result file to write", "") \
+    X(step, "-", Step, NO_FILE, "number of the test step", \
+      "Nothing in the results depends on it.") \
+    X(cycle, "-", Cycle, NO_FILE, "name of the cycle", \
+      "It is one of the customer input specification.") \
+    X(ci_specs, "-", Ci_specs_filename, INPUT_FILE, "customer input specification file", "") \
+    X(orda_specs, "-", Orda_specs_filename, INPUT_FILE, \
+      "file of the logger labels (orda specs)", "") \
+    X(em_bench, "-", Em_cart_filename, INPUT_FILE, \
+      "emission bench file; its extension is the run number", \
+      "A run number that is a positive multiple of 10 means a cold start.") \
+    X(restr, "-", Exh_Int_Restr_filename, INPUT_FILE, \
+      "intake and exhaust restriction file; its directory names the map", \
+      "The map is the third component of the directory.") \
+    X(cell_cfg, "-", Cell_cfg_filename, INPUT_FILE, "cell configuration file", "") \
+    X(quon_end_out, "-", Quon_end_filename, COMPOSITE_FILE, \
+      "composite end-of-test file to write", "") \
+    X(quon6, "-", Quon6_filename, SIBLING_FILE, "quon6 result file", \
+      "Its extension names the cycle and the last component of its directory\n" \
+      "the map of the engine-control overrides.") \
+    X(quon7, "-", Quon7_filename, SIBLING_FILE, "quon7 result file", "") \
+    X(pm_cart, "-", Pm_cart_filename, INPUT_FILE, "particulate cart file, or NoPM_Available", "") \
+    X(filt_data, "-", Filter_data_filename, FILTER_DATA_FILE, "filter data file to write", "") \
+    X(FTIR_file, "--", FTIR_filename, INPUT_FILE, "FTIR file", \
+      "Default: --, a file of that name.") \
+    X(activity, "", Activity, NO_FILE, "name of the activity", \
+      "It is one of the customer input specification. Default: empty.")
+// clang-format on
+
+#define QUON5_ROW(name, default_value, variable, use, meaning, details) \
+    {#name, default_value, meaning, details, use},
+inline constexpr KEYWORD_ARGUMENT Keyword_arguments[] = {QUON5_KEYWORD_ARGUMENTS(QUON5_ROW)};
+#undef QUON5_ROW
 
 inline constexpr short NUM_KEYWORD_ARGUMENTS =
     sizeof Keyword_arguments / sizeof Keyword_arguments[0];

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/numbers.h"
+#include "base/text.h"
 
 namespace {
 
@@ -14,10 +15,6 @@ constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7
                                    1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19};
 constexpr std::uint64_t kMaxExactInteger = std::uint64_t{1} << 53;
 constexpr std::size_t kMaxDigits = 19;  // that fit 64 bits
-
-bool is_digit(char c) {
-    return static_cast<unsigned char>(c - '0') < 10;
-}
 
 // Reads a number of digits and at most one point when it is short enough for the exact division.
 bool read_plain_decimal(std::string_view text, double& magnitude) {
@@ -60,8 +57,7 @@ bool is_name(std::string_view text, const char* name) {
 
 bool read_logged_value(std::string_view field, double& value) {
     value = std::numeric_limits<double>::quiet_NaN();
-    while (!field.empty() && field.front() == ' ') field.remove_prefix(1);
-    while (!field.empty() && field.back() == ' ') field.remove_suffix(1);
+    field = trimmed(field);
     const bool negative = !field.empty() && field.front() == '-';
     if (negative || (!field.empty() && field.front() == '+')) field.remove_prefix(1);
     if (is_name(field, "nan")) return true;

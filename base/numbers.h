@@ -42,8 +42,8 @@ inline double leading_number(const char* text, const char** end = nullptr) {
 // is not to be used. The files write "-999999" where they have no value.
 inline constexpr long kNoValueLimit = -999989;
 
-inline short active_by_value(const char* value) {
-    return leading_integer(value) < kNoValueLimit ? short{0} : short{1};
+inline bool active_by_value(const char* value) {
+    return leading_integer(value) >= kNoValueLimit;
 }
 
 #endif

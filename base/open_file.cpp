@@ -1,68 +1,57 @@
 #include "base/open_file.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <cstring>
 #include <iterator>
 #include <string>
 #include <string_view>
 
-#include "runtime/error_log.h"
-#include "runtime/string_operations.h"
+#include "base/file_calls.h"
 
 bool File_failed = false;
+void (*Report_file_failure)(FILE_ACCESS, const char*, int) = nullptr;
 
 namespace {
 
 // What stands behind a stream.
 struct OpenFile {
-    bool in_use;
+    FILE* stream;  // none: the entry is free
     int fd;
     int error;  // errno of the first failure, 0 without one
     char filename[PATH_MAX];
 };
 OpenFile Open_files[64];  // the task has ten open at a time
 
+void report_failure(FILE_ACCESS access, const OpenFile& file) {
+    File_failed = true;
+    if (Report_file_failure != nullptr) Report_file_failure(access, file.filename, file.error);
+}
+
 void report_read_failure(OpenFile& file) {
     if (file.error != 0) return;
     file.error = errno;
-    File_failed = true;
-    log_error("open_for_reading", __LINE__, REPORT_ERROR, CODE_FAILED,
-              "Could not read all of file %s, errno=%s", file.filename, strerror(file.error));
+    report_failure(FILE_READ, file);
 }
 
 ssize_t read_file(void* cookie, char* buffer, std::size_t size) {
     OpenFile& file = *static_cast<OpenFile*>(cookie);
-    ssize_t length = 0;
-    do {
-        length = read(file.fd, buffer, size);
-    } while (length < 0 && errno == EINTR);
+    const ssize_t length = read_some(file.fd, buffer, size);
     if (length < 0) report_read_failure(file);
     return length;
 }
 
 ssize_t write_file(void* cookie, const char* text, std::size_t size) {
     OpenFile& file = *static_cast<OpenFile*>(cookie);
-    std::size_t written = 0;
-    while (written < size && file.error == 0) {
-        const ssize_t length = write(file.fd, text + written, size - written);
-        if (length > 0) {
-            written += static_cast<std::size_t>(length);
-        } else if (length == 0 || errno != EINTR) {
-            file.error = length == 0 ? EIO : errno;
-        }
-    }
-    return static_cast<ssize_t>(written);
+    if (file.error == 0 && !write_all(file.fd, {text, size})) file.error = errno;
+    return file.error == 0 ? static_cast<ssize_t>(size) : 0;
 }
 
 int seek_file(void* cookie, off64_t* offset, int whence) {
     OpenFile& file = *static_cast<OpenFile*>(cookie);
-    const off_t position = lseek(file.fd, *offset, whence);
+    const off_t position = File_calls.seek(file.fd, *offset, whence);
     if (position >= 0) {
         *offset = position;
         return 0;
@@ -73,47 +62,40 @@ int seek_file(void* cookie, off64_t* offset, int whence) {
 
 int close_read_file(void* cookie) {
     OpenFile& file = *static_cast<OpenFile*>(cookie);
-    file.in_use = false;
-    return close(file.fd);
+    file.stream = nullptr;
+    return File_calls.close(file.fd);
 }
 
 int close_written_file(void* cookie) {
     OpenFile& file = *static_cast<OpenFile*>(cookie);
-    file.in_use = false;
-    if (close(file.fd) != 0 && file.error == 0) file.error = errno;
+    file.stream = nullptr;
+    if (File_calls.close(file.fd) != 0 && file.error == 0) file.error = errno;
     if (file.error == 0) return 0;
-    File_failed = true;
-    log_error("open_for_writing", __LINE__, REPORT_ERROR, CODE_FAILED,
-              "Could not write all of file %s, errno=%s", file.filename, strerror(file.error));
+    report_failure(FILE_WRITTEN, file);
     return -1;
 }
 
 constexpr cookie_io_functions_t kReading = {read_file, nullptr, seek_file, close_read_file};
 constexpr cookie_io_functions_t kWriting = {nullptr, write_file, nullptr, close_written_file};
 
-OpenFile* free_entry() {
-    OpenFile* const end = std::end(Open_files);
-    OpenFile* const file =
-        std::find_if(Open_files, end, [](const OpenFile& entry) { return !entry.in_use; });
-    return file != end ? file : nullptr;
-}
-
 // The stream of an open file; closed again, with errno set, when there is `error` or no room.
 FILE* make_stream(int fd, int error, const char* filename, const char* mode,
                   const cookie_io_functions_t& functions) {
+    OpenFile* const file =
+        std::find_if(std::begin(Open_files), std::end(Open_files),
+                     [](const OpenFile& entry) { return entry.stream == nullptr; });
+    if (error == 0 && file == std::end(Open_files)) error = EMFILE;
     if (error == 0) {
-        OpenFile* const file = free_entry();
-        FILE* const stream = file != nullptr ? fopencookie(file, mode, functions) : nullptr;
-        if (stream != nullptr) {
-            file->in_use = true;
+        file->stream = File_calls.make_stream(file, mode, functions);
+        if (file->stream != nullptr) {
             file->fd = fd;
             file->error = 0;
-            copyn("open_file", file->filename, filename);
-            return stream;
+            file->filename[std::string_view(filename).copy(file->filename, PATH_MAX - 1)] = '\0';
+            return file->stream;
         }
-        error = file == nullptr ? EMFILE : ENOMEM;
+        error = ENOMEM;
     }
-    close(fd);
+    File_calls.close(fd);
     errno = error;
     return nullptr;
 }
@@ -129,22 +111,22 @@ struct Identity {
 
 Identity identity(std::string_view filename) {
     struct stat info {};
-    if (stat(std::string(filename).c_str(), &info) == 0) {
+    if (File_calls.stat(std::string(filename).c_str(), &info) == 0) {
         return {S_ISREG(info.st_mode), info.st_dev, info.st_ino, {}};
     }
     const std::size_t name = filename.rfind('/') + 1;  // 0 without a directory
     const std::string directory = name == 0 ? "." : std::string(filename.substr(0, name));
-    const bool known = name < filename.size() && stat(directory.c_str(), &info) == 0;
+    const bool known = name < filename.size() && File_calls.stat(directory.c_str(), &info) == 0;
     return {known, info.st_dev, info.st_ino, filename.substr(name)};
 }
 
 }  // namespace
 
 FILE* open_for_reading(const char* filename) {
-    const int fd = open(filename, O_RDONLY | O_CLOEXEC);
+    const int fd = File_calls.open(filename, O_RDONLY | O_CLOEXEC, 0);
     if (fd < 0) return nullptr;
     struct stat info {};
-    int error = fstat(fd, &info) == 0 ? 0 : errno;
+    int error = File_calls.fstat(fd, &info) == 0 ? 0 : errno;
     // It could be opened, but not read.
     if (error == 0 && S_ISDIR(info.st_mode)) error = EISDIR;
     return make_stream(fd, error, filename, "r", kReading);
@@ -152,9 +134,15 @@ FILE* open_for_reading(const char* filename) {
 
 FILE* open_for_writing(const char* filename, WRITE_MODE mode) {
     const int how = mode == WRITE_APPEND ? O_APPEND : O_TRUNC;
-    const int fd = open(filename, O_WRONLY | O_CREAT | O_CLOEXEC | how, 0666);
+    const int fd = File_calls.open(filename, O_WRONLY | O_CREAT | O_CLOEXEC | how, 0666);
     if (fd < 0) return nullptr;
     return make_stream(fd, 0, filename, "w", kWriting);
+}
+
+void close_files() {
+    for (const OpenFile& file : Open_files) {
+        if (file.stream != nullptr) fclose(file.stream);
+    }
 }
 
 bool is_same_file(const char* first, const char* second) {

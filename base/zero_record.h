@@ -2,15 +2,16 @@
 #ifndef QUON5_BASE_ZERO_RECORD_H
 #define QUON5_BASE_ZERO_RECORD_H
 
-#include <cstring>
+#include <cstddef>
 
-// Fills the static record `record` with zeros. Static storage holds zeros from the start of the
-// process, so the first call (`touched`, kept by the caller, is then false) has nothing to do, and
-// pages of a large record that are never written are never brought into memory.
+// Fills `size` bytes with zeros. They must be of static storage that began as zeros: its whole
+// pages are given back to the system, which hands out zeros when they are needed again. So a record
+// costs what was written of it, and one that is not used again costs no memory.
+void zero_static_storage(void* start, std::size_t size);
+
 template <class Record>
-void zero_record(Record& record, bool& touched) {
-    if (touched) std::memset(&record, 0, sizeof record);
-    touched = true;
+void zero_static_record(Record& record) {
+    zero_static_storage(&record, sizeof record);
 }
 
 #endif

@@ -5,6 +5,7 @@
 #include "base/arguments.h"
 #include "base/numbers.h"
 #include "base/open_file.h"
+#include "quon5/file_failures.h"
 #include "quon5/output_files.h"
 #include "quon5/process_records.h"
 #include "runtime/arguments.h"
@@ -17,37 +18,10 @@
 
 namespace {
 
-constexpr char kModule[] = "init";
 constexpr short kNameWidth = 20;
 constexpr short kValueWidth = 304;
 
 char Quon_End_Buffer[131072];  // of the quon5 file
-
-// Where the values of Keyword_arguments go, in the same order.
-struct Destination {
-    char* text;  // nullptr: the step number
-    std::size_t width;
-};
-constexpr Destination kDestinations[] = {
-    {Logr_spec_filename, sizeof Logr_spec_filename},
-    {Logr_data_filename, sizeof Logr_data_filename},
-    {Quon5_output_filename, sizeof Quon5_output_filename},
-    {nullptr, 0},
-    {Cycle, sizeof Cycle},
-    {Ci_specs_filename, sizeof Ci_specs_filename},
-    {Orda_specs_filename, sizeof Orda_specs_filename},
-    {Em_cart_filename, sizeof Em_cart_filename},
-    {Exh_Int_Restr_filename, sizeof Exh_Int_Restr_filename},
-    {Cell_cfg_filename, sizeof Cell_cfg_filename},
-    {Quon_end_filename, sizeof Quon_end_filename},
-    {Quon6_filename, sizeof Quon6_filename},
-    {Quon7_filename, sizeof Quon7_filename},
-    {Pm_cart_filename, sizeof Pm_cart_filename},
-    {Filter_data_filename, sizeof Filter_data_filename},
-    {FTIR_filename, sizeof FTIR_filename},
-    {Activity, sizeof Activity},
-};
-static_assert(sizeof kDestinations / sizeof kDestinations[0] == NUM_KEYWORD_ARGUMENTS);
 
 // The entries of the orda specs file and the rows of Tr_em_data_chans that take them, in the order
 // of the look-ups.
@@ -113,8 +87,8 @@ short read_command_line(int argc, char** argv, char (&values)[NUM_KEYWORD_ARGUME
     char names[NUM_KEYWORD_ARGUMENTS][kNameWidth] = {};
     char defaults[NUM_KEYWORD_ARGUMENTS][kValueWidth] = {};
     for (int i = 0; i < NUM_KEYWORD_ARGUMENTS; ++i) {
-        copyn(kModule, names[i], Keyword_arguments[i].name);
-        copyn(kModule, defaults[i], Keyword_arguments[i].default_value);
+        copyn(names[i], Keyword_arguments[i].name);
+        copyn(defaults[i], Keyword_arguments[i].default_value);
     }
     ARG_PROC_CONTROL control{};
     control.options = 1;
@@ -122,45 +96,42 @@ short read_command_line(int argc, char** argv, char (&values)[NUM_KEYWORD_ARGUME
     const short result = arg_proc(argc, argv, &arg_with_error, control, NUM_KEYWORD_ARGUMENTS,
                                   kNameWidth, kValueWidth, names[0], defaults[0], values[0]);
     if (result != 0) {
-        log_error(kModule, __LINE__, REPORT_ERROR, result, "Error detected in argument# %i",
-                  arg_with_error);
+        LOG_RESULT(BAD_ARGUMENT, result, arg_with_error);
     }
     return result;
 }
 
 void store_values(const char (&values)[NUM_KEYWORD_ARGUMENTS][kValueWidth]) {
     for (int i = 0; i < NUM_KEYWORD_ARGUMENTS; ++i) {
-        const Destination& to = kDestinations[i];
+        const ARGUMENT_VALUE& to = Argument_values[i];
         if (to.text == nullptr) {
             Step = leading_short(values[i]);
         } else {
-            copyn(kModule, __LINE__, to.text, values[i], to.width);
+            copyn(to.text, values[i], to.width);
         }
     }
 }
 
-// Registers the first `count` names with their row numbers. -1, logged with `message`, when one
+// Registers the first `count` names with their row numbers. False, logged as `Refused`, when one
 // cannot be registered.
-short register_names(const char (*names)[80], short count, INDEX_MAPS map, const char* message) {
+template <MESSAGE_NAME Refused>
+bool register_names(const char (*names)[80], short count, INDEX_MAPS map) {
     for (short i = 0; i < count; ++i) {
-        if (string_associate_indexN(names[i], i, map) != 0) {
-            log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED, message, names[i]);
-            return -1;
-        }
+        if (string_associate_indexN(names[i], i, map) == 0) continue;
+        LOG(Refused, names[i]);
+        return false;
     }
-    return 0;
+    return true;
 }
 
 short open_quon5_file() {
-    Quon5_optr = open_output(kModule, QUON5_OUTPUT);
+    Quon5_optr = open_output<QUON5_FILE_IS_ANOTHER>(QUON5_FILE);
     if (Quon5_optr == nullptr) {
-        log_error(kModule, __LINE__, REPORT_WARNING, CODE_NOT_OPENED, "Unable to open file %s",
-                  Quon5_output_filename);
+        LOG(START_FILE_NOT_OPENED, Quon5_output_filename);
         return -1;
     }
     if (setvbuf(Quon5_optr, Quon_End_Buffer, _IOFBF, sizeof Quon_End_Buffer) != 0) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                  "Could not set IO buffer size for Quon5 output file");
+        LOG(NO_OUTPUT_BUFFER);
     }
     return 0;
 }
@@ -168,8 +139,7 @@ short open_quon5_file() {
 short open_logger_data_file() {
     Logr_data_iptr = open_for_reading(Logr_data_filename);
     if (Logr_data_iptr != nullptr) return 0;
-    log_error(kModule, __LINE__, REPORT_WARNING, CODE_NOT_OPENED, "Unable to open file %s",
-              Logr_data_filename);
+    LOG(START_FILE_NOT_OPENED, Logr_data_filename);
     return -1;
 }
 
@@ -186,10 +156,9 @@ short read_labels(FILE* orda_specs) {
             snprintf(problems + length, sizeof problems - length, "%s\n", entry.keyword));
     }
     fclose(orda_specs);
-    copyn(kModule, __LINE__, Tr_em_data_chans[EM_TIME_CHAN], "time", 16);
-    if (length <= 2) return 0;
-    log_error(kModule, __LINE__, REPORT_WARNING, CODE_FAILED,
-              "Problems reading following keywords - see error.log\n %s", problems);
+    copyn(Tr_em_data_chans[EM_TIME_CHAN], "time", 16);
+    if (length == 0) return 0;
+    LOG(LABELS_NOT_FOUND, problems);
     return -1;
 }
 
@@ -198,8 +167,7 @@ short read_labels(FILE* orda_specs) {
 short open_files() {
     FILE* orda_specs = open_for_reading(Orda_specs_filename);
     if (orda_specs == nullptr) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED, "Could not open file %s",
-                  Orda_specs_filename);
+        LOG(ORDA_SPECS_NOT_OPENED, Orda_specs_filename);
         return -1;
     }
     if (open_quon5_file() != 0 || open_logger_data_file() != 0) return -1;
@@ -213,7 +181,7 @@ void derive_map() {
     char* rest = nullptr;
     const char* component = strtok_r(path.dir, "/", &rest);
     for (int i = 1; i < 3 && component != nullptr; ++i) component = strtok_r(nullptr, "/", &rest);
-    if (component != nullptr) copyn(kModule, Map, component);
+    if (component != nullptr) copyn(Map, component);
 }
 
 // The run number is the emission bench file's extension.
@@ -225,10 +193,10 @@ void derive_run_number() {
 }  // namespace
 
 short init(int argc, char** argv) {
+    log_file_failures();
     tavrin_init_fn(1);
     if (argc != NUM_KEYWORD_ARGUMENTS + 1) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED,
-                  "Missing arguments for %s - task exiting", argc > 0 ? argv[0] : "");
+        LOG(MISSING_ARGUMENTS, argc > 0 ? argv[0] : "");
         print_usage(argv);
     }
     char values[NUM_KEYWORD_ARGUMENTS][kValueWidth] = {};
@@ -237,29 +205,26 @@ short init(int argc, char** argv) {
 
     Keyword_memory = static_cast<KEYWORD*>(get_shrd_mem(KEYWORD_MEM, 0));
     if (Keyword_memory == nullptr) {
-        log_error(kModule, __LINE__, REPORT_WARNING, CODE_FAILED,
-                  "Could not link to keyword memory, exiting");
+        LOG(KEYWORD_MEMORY_NOT_LINKED);
         return -1;
     }
     store_values(values);
-    if (register_names(Em_species_keywds, NUM_EMIS_SPECIES, SPECIES_MAP,
-                       "Could not associate em_species index %s") != 0) {
+    if (!register_names<SPECIES_REFUSED>(Em_species_keywds, NUM_EMIS_SPECIES, SPECIES_MAP)) {
         return -1;
     }
     const short status = open_files();
     if (status != 0) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED,
-                  "Initialization errors - See error log");
+        LOG(START_FAILED);
     }
     derive_map();
     derive_run_number();
     for (const IndexEntry& entry : kIndexEntries) {
         string_associate_indexN(entry.text, entry.index, entry.map);
     }
-    if (register_names(Chem_bal_options, NUM_CHEM_BAL_OPTIONS, CHEM_BAL_OPTIONS_MAP,
-                       "Could not associate chemical balance options index %s") != 0 ||
-        register_names(Chem_bal_species, NUM_CHEM_BAL_SPECIES, CHEM_BAL_SPECIES_MAP,
-                       "Could not associate chemical balance option species index %s") != 0) {
+    if (!register_names<CHEM_BAL_OPTION_REFUSED>(Chem_bal_options, NUM_CHEM_BAL_OPTIONS,
+                                                 CHEM_BAL_OPTIONS_MAP) ||
+        !register_names<CHEM_BAL_SPECIES_REFUSED>(Chem_bal_species, NUM_CHEM_BAL_SPECIES,
+                                                  CHEM_BAL_SPECIES_MAP)) {
         return -1;
     }
     return status;

@@ -10,6 +10,7 @@
 #include "quon5/process_records.h"
 #include "quon5/quon5.h"
 #include "runtime/error_log.h"
+#include "runtime/line_blocks.h"
 #include "runtime/shared_variables.h"
 
 namespace {
@@ -51,9 +52,9 @@ int main(int argc, char** argv) {
     int status = 1;
     try {
         status = run_sequence(argc, argv);
+    } catch (const ReadFailure&) {  // of the log, which says so
     } catch (const std::exception& failure) {
-        log_error("quon5", __LINE__, REPORT_ERROR, CODE_FAILED, "Not enough memory (%s), exiting",
-                  failure.what());
+        LOG(NO_MEMORY, failure.what());
     }
     if (Quon5_optr != nullptr) fclose(Quon5_optr);  // after a failed step
     return status == 0 && File_failed ? 1 : status;

@@ -1,72 +1,45 @@
 #include "quon5/output_files.h"
 
-#include <cerrno>
-
 #include "base/open_file.h"
 #include "quon5/process_records.h"
-#include "runtime/error_log.h"
 #include "runtime/keyword_memory.h"
 
 namespace {
 
-struct NamedFile {
-    const char* keyword;
-    const char* filename;
-};
-
-// By OUTPUT_FILES.
-constexpr struct {
-    NamedFile file;
-    bool may_append;
-} kOutputs[] = {{{"quon5_output", Quon5_output_filename}, true},
-                {{"filt_data", Filter_data_filename}, false},
-                {{"quon_end_out", Quon_end_filename}, true}};
-
-bool is_sibling(const NamedFile& file) {
-    return file.filename == Quon6_filename || file.filename == Quon7_filename;
-}
-
-// Whether `output` is the file of an input or of an output before it, which is logged.
-bool spoils_another(const char* module, const NamedFile& output, bool appends) {
-    const NamedFile others[] = {
-        {"logr_spec", Logr_spec_filename},
-        {"logr_data", Logr_data_filename},
-        {"ci_specs", Ci_specs_filename},
-        {"orda_specs", Orda_specs_filename},
-        {"em_bench", Em_cart_filename},
-        {"restr", Exh_Int_Restr_filename},
-        {"cell_cfg", Cell_cfg_filename},
-        {"pm_cart", Pm_cart_filename},
-        {"FTIR_file", FTIR_filename},
-        {"quon6", Quon6_filename},
-        {"quon7", Quon7_filename},
-        {"TAVRIN_KEYWORD_MEMORY", keyword_memory_filename()},
-        {"TAVRIN_ERROR_LOG", error_log_filename()},
-        kOutputs[QUON5_OUTPUT].file,
-        kOutputs[FILTER_DATA].file,
-        kOutputs[COMPOSITE].file,
-    };
-    for (const NamedFile& other : others) {
-        if (other.filename == output.filename) break;
-        // A sibling that is the quon5 file itself is not joined to it.
-        if (appends && output.filename == Quon5_output_filename && is_sibling(other)) continue;
-        if (!is_same_file(output.filename, other.filename)) continue;
-        log_error(module, __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
-                  "%s=%s is the same file as %s=%s, it is not written", output.keyword,
-                  output.filename, other.keyword, other.filename);
-        return true;
-    }
-    return false;
+// The composite and the quon5 file of append mode take up what they hold.
+bool appends(ARGUMENT_USE output) {
+    return output != FILTER_DATA_FILE && append_mode();
 }
 
 }  // namespace
 
-FILE* open_output(const char* module, OUTPUT_FILES output) {
-    const NamedFile& file = kOutputs[output].file;
-    const bool appends = kOutputs[output].may_append && append_mode();
-    if (spoils_another(module, file, appends)) {
-        errno = EEXIST;
-        return nullptr;
+NAMED_FILE output_file(ARGUMENT_USE output) {
+    short row = 0;
+    while (Keyword_arguments[row].use != output) ++row;
+    return {Keyword_arguments[row].name, Argument_values[row].text};
+}
+
+NAMED_FILE file_spoiled_by(ARGUMENT_USE output) {
+    const NAMED_FILE file = output_file(output);
+    const auto is_spoiled = [&](const char* other) { return is_same_file(file.filename, other); };
+    for (short use = UNOPENED_FILE; use < output; ++use) {
+        // A sibling that is the quon5 file itself is not joined to it.
+        if (use == SIBLING_FILE && output == QUON5_FILE && appends(output)) continue;
+        for (short row = 0; row < NUM_KEYWORD_ARGUMENTS; ++row) {
+            const char* const other = Argument_values[row].text;
+            if (Keyword_arguments[row].use == use && is_spoiled(other)) {
+                return {Keyword_arguments[row].name, other};
+            }
+        }
     }
-    return open_for_writing(file.filename, appends ? WRITE_APPEND : WRITE_NEW);
+    for (const NAMED_FILE& other : {NAMED_FILE{"TAVRIN_KEYWORD_MEMORY", keyword_memory_filename()},
+                                    NAMED_FILE{"TAVRIN_ERROR_LOG", error_log_filename()}}) {
+        if (is_spoiled(other.filename)) return other;
+    }
+    return {nullptr, nullptr};
+}
+
+FILE* open_unchecked(ARGUMENT_USE output) {
+    return open_for_writing(output_file(output).filename,
+                            appends(output) ? WRITE_APPEND : WRITE_NEW);
 }

@@ -4,6 +4,8 @@
 
 #include <cstdlib>
 
+#include "base/zero_record.h"
+
 extern "C" {
 
 KEYWORD* Keyword_memory;
@@ -62,4 +64,25 @@ FTIR_DATA Ftir;
 bool append_mode() {
     const char* const append = getenv("WRITE_APPEND");
     return append != nullptr && strcasecmp(append, "yes") == 0;
+}
+
+namespace {
+
+template <class... Record>
+void zero(Record&... records) {
+    (zero_static_record(records), ...);
+}
+
+}  // namespace
+
+void clear_process_records() {
+    zero(Keyword_memory, Customer_input, Version_cvsci, Emis_data, Cell_cfg_filename,
+         Em_cart_filename, Spec_file_line_count, Override_enable, Input_line, Token, Token_type,
+         Base, Keyword, Units, Fp);
+    zero(Logr_spec_filename, Logr_data_filename, Quon5_output_filename, Step, Cycle,
+         Ci_specs_filename, Orda_specs_filename, Exh_Int_Restr_filename, Quon_end_filename,
+         Quon6_filename, Quon7_filename, Pm_cart_filename, Filter_data_filename, FTIR_filename,
+         Activity);
+    zero(Map, Run_num, Quon5_optr, Logr_data_iptr, Tr_em_data_chans, All_chans, Num_chans_logged,
+         Num_spec_logr_chans, Subsys_logi_var_values, Em_species_map, Species_measrd, Ftir);
 }

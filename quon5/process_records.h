@@ -4,8 +4,10 @@
 #ifndef QUON5_PROCESS_RECORDS_H
 #define QUON5_PROCESS_RECORDS_H
 
+#include <cstddef>
 #include <cstdio>
 
+#include "base/arguments.h"
 #include "inc/logger_channels.h"
 #include "quon5/FTIR.h"
 #include "quon5/quon5_10c.h"
@@ -27,6 +29,22 @@ extern char Pm_cart_filename[304];
 extern char Filter_data_filename[304];
 extern char FTIR_filename[304];
 extern char Activity[80];
+
+// The same by row of Keyword_arguments.
+struct ARGUMENT_VALUE {
+    char* text;  // nullptr: the step number
+    std::size_t width;
+};
+template <std::size_t N>
+constexpr ARGUMENT_VALUE argument_value(char (&text)[N]) {
+    return {text, N};
+}
+constexpr ARGUMENT_VALUE argument_value(short& /*number*/) {
+    return {nullptr, 0};
+}
+#define QUON5_VALUE(name, default_value, variable, ...) argument_value(variable),
+inline constexpr ARGUMENT_VALUE Argument_values[] = {QUON5_KEYWORD_ARGUMENTS(QUON5_VALUE)};
+#undef QUON5_VALUE
 
 // Derived from it.
 extern char Map[80];  // third component of the restriction file's directory
@@ -52,5 +70,8 @@ extern FTIR_DATA Ftir;
 // Append mode: the environment variable WRITE_APPEND is "yes", in any case. The result files are
 // then appended to.
 bool append_mode();
+
+// Makes all of them what they are at the start of the process. Streams are not closed.
+void clear_process_records();
 
 #endif

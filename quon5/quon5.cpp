@@ -25,7 +25,6 @@
 
 namespace {
 
-constexpr char kModule[] = "quon5";
 constexpr short kNoCellNumber = -999;
 
 void describe_channels(EM_CHAN_INFO (&em_cart_info)[NUM_SPECIES_ROWS]) {
@@ -39,7 +38,7 @@ void describe_channels(EM_CHAN_INFO (&em_cart_info)[NUM_SPECIES_ROWS]) {
     for (int i = 0; i < kRowsNotSampled; ++i) em_cart_info[i].sampled_index = -1;
     int row = 0;
     for (const char* keyword : kPseudoKeywords) {
-        copyn(kModule, em_cart_info[row++].pseudo_keywd, keyword);
+        copyn(em_cart_info[row++].pseudo_keywd, keyword);
     }
 }
 
@@ -51,8 +50,7 @@ void apply_priority() {
 short cell_number() {
     const void* name = get_adr_value("cell_name", STRING_TYPE);
     if (name != nullptr) return leading_short(static_cast<const char*>(name));
-    log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-              "The variable 'cell_name' could not be found, setting it to -999");
+    LOG(NO_CELL_NAME);
     return kNoCellNumber;
 }
 
@@ -62,25 +60,20 @@ void clean_channel_names() {
         char* name = All_chans[i].chan_name;
         if (name[0] != '&') continue;
         name[0] = ' ';
-        string_trim(name);
-        string_strip(name);
+        trim(name);
     }
 }
 
 // Loads the logged channels with all their values. False, logged, when there are none.
 bool load_logger_data() {
     if (get_logr_chan_info_mem(Logr_data_filename, &All_chans) == 0) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED,
-                  "There was a problem with reading/processing the logr_data file - %s - exiting",
-                  Logr_data_filename);
+        LOG(LOG_NOT_PROCESSED, Logr_data_filename);
         return false;
     }
     Num_chans_logged = static_cast<short>(All_chans[0].num_channels);
     Num_spec_logr_chans = calc_num_spec_logr_chans();
     if (Num_chans_logged != Num_spec_logr_chans) {
-        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                  "The number of channels logged within the run logr file is not the same as the "
-                  "number of specified channels to be logged");
+        LOG(CHANNEL_COUNT_DIFFERS);
     }
     clean_channel_names();
     index_logged_channels();
@@ -93,16 +86,13 @@ int write_header(short cell_num) {
     char line[LINE_SIZE];
     short status = get_1st_line(Logr_data_iptr, line, "@QUON5_CYCLE_TIME");
     if (status < 0) {
-        log_error(kModule, __LINE__, REPORT_ERROR, status,
-                  "Could not find keywd %s in file %s, floger file may be incomplete",
-                  "@QUON5_CYCLE_TIME", Logr_data_filename);
+        LOG_RESULT(NO_CYCLE_TIME_ENTRY, status, Logr_data_filename);
         return 1;
     }
     char test_start[80] = "";
     status = get_start_of_test(test_start);
     if (status != 0) {
-        log_error(kModule, __LINE__, REPORT_WARNING, status,
-                  "Errors finding start of test time in file %s-exiting", Logr_data_filename);
+        LOG_RESULT(NO_START_OF_TEST, status, Logr_data_filename);
         return 1;
     }
     fprintf(Quon5_optr, "*5\n%10d\n        %s\n", cell_num, test_start);
@@ -115,20 +105,19 @@ bool read_filter_id(char (&mps_filter_id)[12]) {
     char line[LINE_SIZE];
     const short status = get_1st_line(Logr_data_iptr, line, "@TR_EM_FILTER_ID_LBL");
     if (status < 0) {
-        log_error(kModule, __LINE__, REPORT_ERROR, status, "Could not find keywd %s in file %s",
-                  "@TR_EM_FILTER_ID_LBL", Logr_data_filename);
+        LOG_RESULT(NO_FILTER_ID_ENTRY, status, Logr_data_filename);
         return false;
     }
     char* rest = nullptr;
     const char* label = strtok_r(line, "[", &rest);
-    copyn(kModule, mps_filter_id, label != nullptr ? label : "");
+    copyn(mps_filter_id, label != nullptr ? label : "");
     return true;
 }
 
 void take_fuel_consumed_label() {
     char fuel_consumed_lbl[80];
     if (Version_cvsci > 6 && get_fuel_consumed_lbl(fuel_consumed_lbl) == 1) {
-        copyn(kModule, Tr_em_data_chans[EM_FUEL_CONSUMED], fuel_consumed_lbl);
+        copyn(Tr_em_data_chans[EM_FUEL_CONSUMED], fuel_consumed_lbl);
     }
 }
 
@@ -168,15 +157,13 @@ int run_sequence(int argc, char** argv) {
     apply_priority();
     const short started = init(argc, argv);
     if (started != 0) {
-        log_error(kModule, __LINE__, REPORT_WARNING, started,
-                  "Unable to initalize process, exiting");
+        LOG_RESULT(NOT_INITIALIZED, started);
         return 1;
     }
     std::memset(Subsys_logi_var_values, 0, sizeof Subsys_logi_var_values);
     read_ci_specs(Ci_specs_filename, &Customer_input, 0);
     if (read_em_data(em_cart_info) == -1) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED,
-                  " Could not read emission data files, - exiting");
+        LOG(EMISSION_FILES_NOT_READ);
         return 1;
     }
     read_cell_cfg();
@@ -188,20 +175,14 @@ int run_sequence(int argc, char** argv) {
     if (!read_filter_id(mps_filter_id)) return -1;
     take_fuel_consumed_label();
     double floger_cycle_time = 0.0;
-    if (integer_data_codes(All_chans, &floger_cycle_time) != 0) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED,
-                  "Errors generating the integer codes for quon5 file-Task is exiting");
-        return 1;
-    }
+    integer_data_codes(All_chans, &floger_cycle_time);
     get_wet_dry_info(em_cart_info);
     if (tran_em_data(cell_num, All_chans, floger_cycle_time, mps_filter_id) != 0) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED,
-                  "Errors generating the data section of the quon quon5 file-Task is exiting");
+        LOG(DATA_SECTION_FAILED);
         return 1;
     }
     fclose(Quon5_optr);
     Quon5_optr = nullptr;
     quon_end(em_cart_info);
-    fcloseall();
     return 0;
 }

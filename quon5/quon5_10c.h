@@ -144,6 +144,16 @@ struct EMIS_DATA {
 
 #pragma pack(pop)
 
+// The rows of `date` and `init_date` that hold the lines of an entry.
+constexpr short date_row(EMIS_ENTRIES entry) {
+    return entry == BACKGND_DATE_TIME ? 1 : 0;
+}
+constexpr short init_date_row(EMIS_ENTRIES entry) {
+    return entry == CONT_CHAN_INIT_CONTAMINATION   ? 0
+           : entry == SAMPL_BAG_INIT_CONTAMINATION ? 1
+                                                   : 2;
+}
+
 static_assert(sizeof(EMIS_MEMBER) == 258 && alignof(EMIS_MEMBER) == 1);
 static_assert(sizeof(EMIS_DATE) == 242);
 static_assert(sizeof(EMIS_INIT_CONT_DATE) == 338);

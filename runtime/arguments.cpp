@@ -29,7 +29,7 @@ short arg_proc(int argc, char** argv, short* arg_with_error, ARG_PROC_CONTROL /*
             return -1;
         }
         given[slot] = true;
-        copyn("arg_proc", __LINE__, values + row * value_width, argv[i] + equals + 1, width);
+        copyn(values + row * value_width, argv[i] + equals + 1, width);
     }
     for (int row = 0; row < count; ++row) {
         if (given[static_cast<std::size_t>(row)]) continue;
@@ -38,8 +38,7 @@ short arg_proc(int argc, char** argv, short* arg_with_error, ARG_PROC_CONTROL /*
             *arg_with_error = static_cast<short>(argc);
             return -1;
         }
-        copyn("arg_proc", __LINE__, values + row * value_width, default_value,
-              static_cast<std::size_t>(value_width));
+        copyn(values + row * value_width, default_value, static_cast<std::size_t>(value_width));
     }
     return 0;
 }

@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr char kModule[] = "read_cell_cfg";
 constexpr short kMaxStreams = 25;  // names on a line
 
 using Line = TOKENS<kMaxStreams>;
@@ -21,9 +20,9 @@ using Line = TOKENS<kMaxStreams>;
 // Stores an option line: emission keyword, value, and for some options a PAM keyword.
 void store_option(EMIS_MEMBER& option, const Line& token, bool with_keyword) {
     option.active = active_by_value(token[1]);
-    copyn(kModule, option.emis_keywd, token[0]);
-    copyn(kModule, option.value, token[1]);
-    if (with_keyword) copyn(kModule, option.keywd, token[2]);
+    copyn(option.emis_keywd, token[0]);
+    copyn(option.value, token[1]);
+    if (with_keyword) copyn(option.keywd, token[2]);
 }
 
 void store_correction(const Line& token, int i) {
@@ -37,19 +36,18 @@ void store_water_input(const Line& token, int i) {
 void store_bounds(const Line& token, int i) {
     FLUID_STREAM_LIMITS& limits = Emis_data.cell_cfg.fluid_limits[i];
     limits.active = active_by_value(token[2]);
-    copyn(kModule, limits.emis_keywd, token[0]);
-    copyn(kModule, limits.chan_keywd, token[1]);
-    copyn(kModule, limits.low_limit, token[2]);
-    copyn(kModule, limits.upper_limit, token[3]);
-    copyn(kModule, limits.units, token[4]);
-    copyn(kModule, limits.meas_loc, token[5]);
+    copyn(limits.emis_keywd, token[0]);
+    copyn(limits.chan_keywd, token[1]);
+    copyn(limits.low_limit, token[2]);
+    copyn(limits.upper_limit, token[3]);
+    copyn(limits.units, token[4]);
+    copyn(limits.meas_loc, token[5]);
 }
 
 void store_streams(const Line& token, int i) {
     FLUID_STREAMS& streams = Emis_data.cell_cfg.fluids[i];
     streams.active = 1;
-    for (int name = 0; name < kMaxStreams; ++name)
-        copyn(kModule, streams.stream[name], token[name]);
+    for (int name = 0; name < kMaxStreams; ++name) copyn(streams.stream[name], token[name]);
 }
 
 // The sections by CELL_CFG_ENTRIES.
@@ -72,9 +70,8 @@ void read_section(FILE* file, const Section& section) {
         if (count < section.capacity) {
             section.store(Line(text), count++);
         } else {
-            log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                      "More than %d lines of %s, the line is ignored\n   line number=%d   file=%s",
-                      section.capacity, section.keyword, Spec_file_line_count, Cell_cfg_filename);
+            LOG(TOO_MANY_CELL_LINES, section.capacity, section.keyword, Spec_file_line_count,
+                Cell_cfg_filename);
         }
     });
 }
@@ -87,8 +84,7 @@ FILE* open_configuration() {
     FILE* file = open_for_reading(Cell_cfg_filename);
     if (file == nullptr && !Not_opened) {
         Not_opened = true;
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
-                  "Could not open file %s, errno=%s", Cell_cfg_filename, strerror(errno));
+        LOG(CELL_CFG_NOT_OPENED, Cell_cfg_filename, strerror(errno));
     }
     return file;
 }
@@ -99,7 +95,7 @@ void read_cell_cfg(void) {
     for (short entry = 0; entry < NUM_CELL_CFG_ENTRIES; ++entry) {
         string_associate_indexN(kSections[entry].keyword, entry, CELL_CFG_MAP);
     }
-    Not_opened = false;
+    clear_cell_config();
     FILE* file = open_configuration();
     if (file == nullptr) return;
     for (const Section& section : kSections) read_section(file, section);
@@ -114,8 +110,11 @@ short get_fuel_consumed_lbl(char* label) {
     const short status = get_1st_line(file, line, "@FUEL_CONSUMED_LBL");
     fclose(file);
     if (status < 0 || line[0] == '@') return 0;
-    string_trim(line);
-    string_strip(line);
-    copyn(kModule, __LINE__, label, line, ENTRY_SIZE);
+    trim(line);
+    copyn(label, line, ENTRY_SIZE);
     return 1;
+}
+
+void clear_cell_config() {
+    Not_opened = false;
 }

@@ -14,4 +14,7 @@ short get_fuel_consumed_lbl(char* label);
 
 }  // extern "C"
 
+// Lets a file that cannot be opened be logged again.
+void clear_cell_config();
+
 #endif

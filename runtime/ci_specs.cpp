@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr char kModule[] = "read_ci_specs";
 constexpr short kMaxSubsystems = 32;
 constexpr int kMaxEcms = 4;
 constexpr int kOverrideSlots = 50;
@@ -51,26 +50,27 @@ class SpecificationReader {
         for (const Section& section : kSections) {
             if (std::strcmp(section.keyword, token[0]) == 0) return (this->*section.open)(token);
         }
-        report("Unknown section", token[0]);
+        report<UNKNOWN_SECTION>(token[0]);
     }
 
-    void report(const char* what, const char* text) const {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                  "%s <%s>, it is ignored\n   line number=%d   file=%s", what, text,
-                  Spec_file_line_count, filename_);
+    template <MESSAGE_NAME Ignored>
+    void report(const char* text) const {
+        LOG(Ignored, text, Spec_file_line_count, filename_);
     }
 
-    // True when one more entry fits a list that has `count` of `capacity`; reported otherwise.
-    bool has_room(short count, int capacity, const char* what, const char* text) const {
+    // True when one more entry fits a list that has `count` of `capacity`; otherwise `text` is
+    // reported as `TooMany`.
+    template <MESSAGE_NAME TooMany>
+    bool has_room(short count, int capacity, const char* text) const {
         if (count < capacity) return true;
-        report(what, text);
+        report<TooMany>(text);
         return false;
     }
 
     void skip_line(const Line& /*token*/) {}
 
     void read_stray_line(const Line& token) {
-        report("Line before the first section", token[0]);
+        report<STRAY_LINE>(token[0]);
         read_line_ = &SpecificationReader::skip_line;
     }
 
@@ -79,7 +79,7 @@ class SpecificationReader {
     void read_version(const Line& token) {
         const char* end = nullptr;
         leading_number(token[0], &end);
-        if (end == token[0]) return report("Version is no number", token[0]);
+        if (end == token[0]) return report<BAD_VERSION>(token[0]);
         Version_cvsci = leading_short(token[0]);
     }
 
@@ -105,46 +105,41 @@ class SpecificationReader {
         open_channels(ci_.statistical_channels, ci_.num_stat_chns);
     }
     void open_group(const Line& name) {
-        const short group = add_name(ci_.chn_groups, ci_.num_chn_groups, name[1], "Channel group",
-                                     "Too many channel groups: Channel group");
+        const short group =
+            add_name<NO_GROUP_NAME, TOO_MANY_GROUPS>(ci_.chn_groups, ci_.num_chn_groups, name[1]);
         if (group >= 0) open_channels(ci_.chn_group_channels[group], ci_.num_chn_group_chns[group]);
     }
     void open_subsystem(const Line& token) {
         const short subsystem = ci_.num_subsystems;
-        if (token[1][0] == '\0') return report("Subsystem without a label", token[0]);
-        if (!has_room(subsystem, kMaxSubsystems, "Too many subsystems, subsystem", token[1])) {
-            return;
-        }
+        if (token[1][0] == '\0') return report<NO_SUBSYSTEM_LABEL>(token[0]);
+        if (!has_room<TOO_MANY_SUBSYSTEMS>(subsystem, kMaxSubsystems, token[1])) return;
         fill_channel(ci_.subsystem_logi_channels[subsystem], token, 1);
         ci_.num_subsystems = static_cast<short>(subsystem + 1);
         open_channels(ci_.subsys_logi_grp_channels[subsystem], ci_.num_subsys_grp_chns[subsystem]);
     }
     // The channel from token `first` on: label, units, PAM keyword, ECM label.
     static void fill_channel(CI_CHANNEL& channel, const Line& token, int first) {
-        copyn(kModule, channel.label, token[first]);
-        copyn(kModule, channel.units, token[first + 1]);
-        copyn(kModule, channel.pam_keyword, token[first + 2]);
-        if (first == 0) copyn(kModule, channel.ecm_label, token[3]);
+        copyn(channel.label, token[first]);
+        copyn(channel.units, token[first + 1]);
+        copyn(channel.pam_keyword, token[first + 2]);
+        if (first == 0) copyn(channel.ecm_label, token[3]);
     }
     void read_channel(const Line& token) {
-        if (token[0][0] == '\0') return report("Channel without a label", token[0]);
-        if (!has_room(*num_channels_, channel_capacity_, "Too many channels, channel", token[0])) {
-            return;
-        }
+        if (token[0][0] == '\0') return report<NO_CHANNEL_LABEL>(token[0]);
+        if (!has_room<TOO_MANY_CHANNELS>(*num_channels_, channel_capacity_, token[0])) return;
         fill_channel(channels_[*num_channels_], token, 0);
         *num_channels_ = static_cast<short>(*num_channels_ + 1);
     }
 
     // Maps, cycles and activities. Adds a name to its list; -1, reported, when it cannot be.
-    template <std::size_t N>
-    short add_name(char (&names)[N][80], short& count, const char* name, const char* what,
-                   const char* too_many) {
+    template <MESSAGE_NAME NoName, MESSAGE_NAME TooMany, std::size_t N>
+    short add_name(char (&names)[N][80], short& count, const char* name) {
         if (name[0] == '\0') {
-            report(what, "without a name");
+            LOG(NoName, Spec_file_line_count, filename_);
             return -1;
         }
-        if (!has_room(count, static_cast<int>(N), too_many, name)) return -1;
-        copyn(kModule, names[count], name);
+        if (!has_room<TooMany>(count, static_cast<int>(N), name)) return -1;
+        copyn(names[count], name);
         return count++;
     }
     template <std::size_t N>
@@ -155,39 +150,39 @@ class SpecificationReader {
         read_line_ = &SpecificationReader::read_key;
     }
     void open_map(const Line& name) {
-        const short map = add_name(ci_.maps, ci_.num_maps, name[1], "Map", "Too many maps: Map");
+        const short map = add_name<NO_MAP_NAME, TOO_MANY_MAPS>(ci_.maps, ci_.num_maps, name[1]);
         if (map >= 0) open_keys(ci_.map_keys[map], Map_key_names);
     }
     void open_cycle(const Line& name) {
         const short cycle =
-            add_name(ci_.cycles, ci_.num_cycles, name[1], "Cycle", "Too many cycles: Cycle");
+            add_name<NO_CYCLE_NAME, TOO_MANY_CYCLES>(ci_.cycles, ci_.num_cycles, name[1]);
         if (cycle >= 0) open_keys(ci_.cycle_keys[cycle], Cycle_key_names);
     }
     void open_activity(const Line& name) {
         ACTIVITY_LIST_NAMES& list = ci_.activity_list;
-        add_name(list.activity, list.num_activities, name[1], "Activity",
-                 "Too many activities: Activity");
+        add_name<NO_ACTIVITY_NAME, TOO_MANY_ACTIVITIES>(list.activity, list.num_activities,
+                                                        name[1]);
     }
     void read_key(const Line& token) {
         int key = 0;
         while (key < num_keys_ && std::strcmp(key_names_[key], token[0]) != 0) ++key;
-        if (key == num_keys_) return report("Unknown key", token[0]);
-        copyn(kModule, keys_[key].string, token[0]);
-        copyn(kModule, keys_[key].value, token[1]);
-        copyn(kModule, keys_[key].units, token[2]);
+        if (key == num_keys_) return report<UNKNOWN_KEY>(token[0]);
+        copyn(keys_[key].string, token[0]);
+        copyn(keys_[key].value, token[1]);
+        copyn(keys_[key].units, token[2]);
     }
 
     // Engine control modules and their overrides.
     void open_ecm(const Line& name) {
         ecm_ = nullptr;
-        if (name[1][0] == '\0') return report("ECM without a name", name[0]);
-        if (!has_room(ci_.num_ecms, kMaxEcms, "Too many ECMs, ECM", name[1])) return;
+        if (name[1][0] == '\0') return report<NO_ECM_NAME>(name[0]);
+        if (!has_room<TOO_MANY_ECMS>(ci_.num_ecms, kMaxEcms, name[1])) return;
         ecm_ = &ci_.ecm[ci_.num_ecms++];
-        copyn(kModule, ecm_->ecm_name, name[1]);
-        copyn(kModule, ecm_->ecm_model, name[2]);
+        copyn(ecm_->ecm_name, name[1]);
+        copyn(ecm_->ecm_model, name[2]);
     }
     void open_overrides(const Line& name) {
-        if (ecm_ == nullptr) return report("Overrides without an ECM", name[1]);
+        if (ecm_ == nullptr) return report<OVERRIDES_WITHOUT_ECM>(name[1]);
         ECM_DATA& ecm = *ecm_;
         if (name.count() == 1) return open_override_list(ecm.ecm_overrides);
         const ACTIVITY_LIST_NAMES& list = ci_.activity_list;
@@ -206,7 +201,7 @@ class SpecificationReader {
                 return open_override_list(kind.table[kind.index]);
             }
         }
-        report("Overrides of an unknown map, cycle or activity", name[2]);
+        report<OVERRIDES_OF_UNKNOWN>(name[2]);
     }
     void open_override_list(CI_OVERRIDE (&overrides)[kOverrideSlots]) {
         overrides_ = overrides;
@@ -215,10 +210,10 @@ class SpecificationReader {
     void read_override(const Line& token) {
         short slot = 0;
         while (slot < kOverrideSlots && overrides_[slot].string[0] != '\0') ++slot;
-        if (token[0][0] == '\0') return report("Override without a variable", token[1]);
-        if (!has_room(slot, kOverrideSlots, "Too many overrides, override", token[0])) return;
-        copyn(kModule, overrides_[slot].string, token[0]);
-        copyn(kModule, overrides_[slot].value, token[1]);
+        if (token[0][0] == '\0') return report<NO_OVERRIDE_VARIABLE>(token[1]);
+        if (!has_room<TOO_MANY_OVERRIDES>(slot, kOverrideSlots, token[0])) return;
+        copyn(overrides_[slot].string, token[0]);
+        copyn(overrides_[slot].value, token[1]);
     }
 
     CVS_CI& ci_;
@@ -254,14 +249,15 @@ const SpecificationReader::Section SpecificationReader::kSections[12] = {
 }  // namespace
 
 short read_ci_specs(const char* filename, CVS_CI* customer_input, int /*flags*/) {
-    static bool touched;
-    bool dirty = true;  // as any record other than the task's must be taken to be
-    zero_record(*customer_input, customer_input == &Customer_input ? touched : dirty);
+    if (customer_input == &Customer_input) {
+        zero_static_record(Customer_input);
+    } else {
+        std::memset(customer_input, 0, sizeof *customer_input);
+    }
     Version_cvsci = 0;
     FILE* file = open_for_reading(filename);
     if (file == nullptr) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
-                  "Could not open file %s, errno=%s", filename, strerror(errno));
+        LOG(SPECIFICATION_NOT_OPENED, filename, strerror(errno));
         return -1;
     }
     Spec_file_line_count = 0;

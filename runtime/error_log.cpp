@@ -1,8 +1,6 @@
 #include "runtime/error_log.h"
 
 #include <fcntl.h>
-#include <sched.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,6 +10,8 @@
 #include <cstring>
 #include <ctime>
 #include <string_view>
+
+#include "base/file_calls.h"
 
 namespace {
 
@@ -54,47 +54,30 @@ class Entry {
     std::size_t length_;
 };
 
-bool write_whole(int fd, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = write(fd, text.data(), text.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        text.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
 struct Append {
     std::string_view entry;
     int error;  // errno of what failed
 };
 
-int append_entry(void* argument) {
+void append_entry(void* argument) {
     Append& append = *static_cast<Append*>(argument);
-    const int fd = open(error_log_filename(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
-    append.error = fd < 0 || !write_whole(fd, append.entry) ? errno : 0;
-    if (fd >= 0 && close(fd) != 0 && append.error == 0) append.error = errno;
-    return 0;
-}
-
-int append_entry_in_child(void* argument) {
-    setpgid(0, 0);  // what kills the task's group is not to reach it either
-    return append_entry(argument);
+    const int fd =
+        File_calls.open(error_log_filename(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+    append.error = fd < 0 || !write_all(fd, append.entry) ? errno : 0;
+    if (fd >= 0 && File_calls.close(fd) != 0 && append.error == 0) append.error = errno;
 }
 
 // False, with errno set, when the log did not take the entry. A process that is killed while it
-// writes leaves the part of the text up to the end of a page. A kill of the task does not reach
-// the child that writes; it runs in the task's memory while the task waits.
+// writes leaves the part of the text up to the end of a page, so a child writes, which a kill of
+// the task does not reach.
 bool append_to_log(std::string_view entry) {
-    alignas(16) static char stack[65536];
     Append append{entry, 0};
-    const pid_t child =
-        clone(append_entry_in_child, stack + sizeof stack, CLONE_VM | CLONE_VFORK, &append);
-    if (child < 0) append_entry(&append);
-    while (child > 0 && waitpid(child, nullptr, __WALL) < 0 && errno == EINTR) continue;
+    if (!File_calls.run_in_child(append_entry, &append)) append_entry(&append);
     errno = append.error;
     return append.error == 0;
 }
+
+bool Failure_is_known;
 
 }  // namespace
 
@@ -107,13 +90,14 @@ void log_error(const char* module, int line, int report_mode, int error_code, co
     entry.add_message(format, arguments);
     va_end(arguments);
 
-    static bool failure_is_known = false;
-    if (!append_to_log(entry.text()) && !failure_is_known) {
-        failure_is_known = true;
-        log_error("log_error", __LINE__, REPORT_ERROR, CODE_FAILED,
-                  "Could not write to error log %s, errno=%s", error_log_filename(),
-                  strerror(errno));
+    if (!append_to_log(entry.text()) && !Failure_is_known) {
+        Failure_is_known = true;
+        LOG(LOG_NOT_WRITTEN, error_log_filename(), strerror(errno));
     }
-    write_whole(STDERR_FILENO, entry.text());
+    write_all(STDERR_FILENO, entry.text());
     errno = saved_errno;
+}
+
+void clear_error_log() {
+    Failure_is_known = false;
 }

@@ -17,26 +17,26 @@
 
 #include <cstdlib>
 
+#include "base/message_catalogue.h"
+
 inline const char* error_log_filename() {
     const char* filename = getenv("TAVRIN_ERROR_LOG");
     return filename != nullptr ? filename : "error.log";
 }
 
-enum REPORT_MODE : int {
-    REPORT_WARNING = 1,  // the task goes on, or ends at its start
-    REPORT_ERROR = 65,   // failed opens, invalid entries, ends of the task
-    REPORT_INFO = 257,
-};
-
-enum ERROR_CODE : int {
-    CODE_FAILED = -1,        // a step failed
-    CODE_INFO = 0,           // no error
-    CODE_NOT_OPENED = 77,    // a file could not be opened
-    CODE_BAD_INDEX = 256,    // an index outside the expected set
-    CODE_BAD_ENTRY = 30000,  // an entry or value is wrong or missing and is ignored or replaced
-};
-
 extern "C" void log_error(const char* module, int line, int report_mode, int error_code,
                           const char* format, ...) __attribute__((format(printf, 5, 6)));
+
+// Logs the message `row` (a MESSAGE_NAME constant) of the catalogue with the values of its format,
+// which the compiler checks.
+#define LOG(row, ...) LOG_RESULT(row, Messages[row].code __VA_OPT__(, ) __VA_ARGS__)
+
+// The same for a message with CODE_OF_RESULT: the error code is `result`.
+#define LOG_RESULT(row, result, ...)                                        \
+    log_error(Messages[row].module, __LINE__, Messages[row].mode, (result), \
+              Messages[row].format __VA_OPT__(, ) __VA_ARGS__)
+
+// Lets a log that cannot be written be reported again.
+void clear_error_log();
 
 #endif

@@ -20,7 +20,7 @@ struct IndexMap {
     std::vector<const char*> text_of;  // by index; no text where there is none
 };
 
-// Kept until the process ends, so that texts handed out stay valid.
+// Kept until they are cleared, so that texts handed out stay valid.
 std::map<short, IndexMap>& index_maps() {
     static auto* maps = new std::map<short, IndexMap>;
     return *maps;
@@ -50,4 +50,17 @@ const char* index_to_stringN(short index, short map) {
     const IndexMap& source = index_maps()[map];
     const auto slot = static_cast<std::size_t>(index);
     return index < 0 || slot >= source.text_of.size() ? nullptr : source.text_of[slot];
+}
+
+void clear_index_map(short map, short from) {
+    IndexMap& target = index_maps()[map];
+    while (target.text_of.size() > static_cast<std::size_t>(from)) {
+        const char* const text = target.text_of.back();
+        if (text != nullptr) target.index_of.erase(std::string(text));
+        target.text_of.pop_back();
+    }
+}
+
+void clear_index_maps() {
+    index_maps().clear();
 }

@@ -16,4 +16,9 @@ const char* index_to_stringN(short index, short map);
 
 }  // extern "C"
 
+// Forgets the pairs of `map` with an index of at least `from`, or the pairs of all maps; their texts
+// are no longer valid.
+void clear_index_map(short map, short from);
+void clear_index_maps();
+
 #endif

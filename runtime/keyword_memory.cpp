@@ -8,6 +8,7 @@
 
 #include "base/numbers.h"
 #include "base/open_file.h"
+#include "base/zero_record.h"
 #include "runtime/error_log.h"
 #include "runtime/shared_variables.h"
 #include "runtime/string_operations.h"
@@ -15,8 +16,6 @@
 #include "runtime/units.h"
 
 namespace {
-
-constexpr char kModule[] = "get_shrd_mem";
 
 struct Variable {
     std::string text;
@@ -55,20 +54,15 @@ void store_keyword(const char* filename, const TOKENS<3>& token, int& count) {
     int type = 0;
     while (type < MAX_KEYWORD_TYPES && std::strcmp(token[1], kTypeNames[type]) != 0) ++type;
     if (token[0][0] == '\0' || type == MAX_KEYWORD_TYPES) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                  "Entry of <%s> is not a keyword with its type, it is ignored\n   line number=%d"
-                  "   file=%s",
-                  token[0], Spec_file_line_count, filename);
+        LOG(BAD_KEYWORD_ENTRY, token[0], Spec_file_line_count, filename);
         return;
     }
     if (count == MAX_KEYWORDS) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                  "More than %d keywords, the rest is ignored\n   line number=%d   file=%s",
-                  MAX_KEYWORDS, Spec_file_line_count, filename);
+        LOG(TOO_MANY_KEYWORDS, MAX_KEYWORDS, Spec_file_line_count, filename);
     }
     if (count++ >= MAX_KEYWORDS) return;
     PAM_KEYWORD& row = keyword_area.keyword_table[count - 1];
-    copyn(kModule, row.keyword, token[0]);
+    copyn(row.keyword, token[0]);
     row.type = static_cast<char>(type);
     units_keyword_to_code(token[2], &row.unitscode);
 }
@@ -109,13 +103,15 @@ void* get_shrd_mem(SM_AREA_ID area, int /*size*/) {
     const char* filename = keyword_memory_filename();
     FILE* file = area == KEYWORD_MEM ? open_for_reading(filename) : nullptr;
     if (file == nullptr) return nullptr;
-    // Only the rows of an earlier reading hold anything; the area is large.
-    std::memset(keyword_area.keyword_table, 0,
-                static_cast<std::size_t>(keyword_area.search_table[kGroups]) * sizeof(PAM_KEYWORD));
-    variables().clear();
+    clear_keyword_memory();
     index_rows(read_keyword_file(file, filename));
     fclose(file);
     return &keyword_area;
+}
+
+void clear_keyword_memory() {
+    zero_static_record(keyword_area);
+    variables().clear();
 }
 
 short check_keyword(const char* name, KEYWORD_TYPE type) {
@@ -159,7 +155,7 @@ const void* cnvrt_value(const char* entry, short status, SM_VARI_TYPE type, char
         constexpr char kAround[] = " \t[]";
         const char* first = end + std::strspn(end, kAround);
         const std::string text(first, std::strcspn(first, kAround));
-        copyn("cnvrt_value", __LINE__, units, text.c_str(), 16);
+        copyn(units, text.c_str(), 16);
     }
     integer = std::abs(real) < 2147483648.0 ? static_cast<int>(real) : 0;
     return type == INT_TYPE ? static_cast<const void*>(&integer) : &real;

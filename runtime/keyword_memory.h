@@ -81,4 +81,7 @@ const void* cnvrt_value(const char* entry, short status, SM_VARI_TYPE type, char
 
 }  // extern "C"
 
+// Forgets keywords and variables.
+void clear_keyword_memory();
+
 #endif

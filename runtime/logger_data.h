@@ -1,7 +1,7 @@
 // The logger data file: descriptions and values of the logged channels.
 //
-// The file is mapped into memory and read once, in one pass, into one contiguous array of doubles
-// per channel. Loads of stretches copy nothing: they point into these arrays. Each array has one
+// The file is read once, in blocks, into one contiguous array of doubles per channel. Loads of
+// stretches copy nothing: they point into these arrays. Each array has one
 // more cell after its last record, which repeats the last value.
 #ifndef QUON5_RUNTIME_LOGGER_DATA_H
 #define QUON5_RUNTIME_LOGGER_DATA_H
@@ -25,9 +25,15 @@ short get_logr_chan_info_mem(const char* filename, FLOGER_DATA_INFO** all_chans)
 // An entry is the channel at its column_index if that channel in `all_chans` bears its chan_name;
 // any other entry, and every entry when `start` is never met, gets num_samples 0 and a data_ptr to
 // one readable NaN. Returns 0 when the stretch was found, -1 otherwise.
+//
+// The first load reads the records. Throws ReadFailure (line_blocks.h), logged, when they cannot be
+// read to the end: the task then ends.
 short get_logr_data_mem(const FLOGER_DATA_INFO* all_chans, int count, FLOGER_DATA_INFO* get_list,
                         FLOGER_SRCH_INFO* start, FLOGER_SRCH_INFO* stop);
 
 }  // extern "C"
+
+// Forgets the log: channels and values are no longer valid.
+void clear_logger_data();
 
 #endif

@@ -6,8 +6,10 @@
 #include <bit>
 #include <climits>
 #include <cstdint>
+#include <cstring>
 #include <limits>
-#include <string>
+#include <new>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -23,7 +25,7 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 // The bytes of a block, one bit each: set where a field ends. `block` is readable for kBlock bytes.
 constexpr int kBlock = 64;
-constexpr int kAhead = 16 * kBlock;  // the text that is fetched meanwhile
+static_assert(LineBlocks::kBehind >= kBlock && LineBlocks::kBefore >= READ_BEFORE);
 
 std::uint64_t field_ends(const char* block) {
     std::uint64_t ends = 0;
@@ -56,7 +58,6 @@ class FieldScan {
     const char* take() {
         while (ends_ == 0) {
             block_ += kBlock;
-            __builtin_prefetch(block_ + kAhead);
             ends_ = field_ends(block_);
         }
         const char* const end = block_ + std::countr_zero(ends_);
@@ -84,26 +85,37 @@ bool is_blank(std::string_view field) {
 
 enum class Line { blank, record, flawed_record };
 
+// Reads a field that is no short decimal number; false when it is no value.
+[[gnu::noinline]] bool read_other_value(const char* first, const char* end, double& value) {
+    return read_logged_value(field_text(first, end), value);
+}
+
 // Reads the next line, a record into `row`. Missing and invalid values are NaN.
-Line read_line(FieldScan& scan, double* row, int num_channels) {
-    bool good = true;
+Line read_line(FieldScan& line_scan, double* row, int num_channels) {
+    FieldScan scan = line_scan;  // a copy, for the registers
+    double* value = row;
+    double* const row_end = row + num_channels;
+    int flaws = 0;
     const char* first = scan.next();
     const char* end = scan.take();
-    if (*end == '\n' && is_blank(field_text(first, end))) return Line::blank;
-    int channel = 0;
+    if (*end == '\n' && is_blank(field_text(first, end))) {
+        line_scan = scan;
+        return Line::blank;
+    }
     for (;;) {
-        if (!read_short_decimal(first, end, row[channel])) {
-            good = read_logged_value(field_text(first, end), row[channel]) && good;
+        if (!read_short_decimal(first, end, *value) && !read_other_value(first, end, *value)) {
+            ++flaws;
         }
-        ++channel;
-        if (*end == '\n' || channel == num_channels) break;
+        ++value;
+        if (*end == '\n' || value == row_end) break;
         first = scan.next();
         end = scan.take();
     }
-    good = good && channel == num_channels && *end == '\n';
-    std::fill(row + channel, row + num_channels, kNaN);
+    if (value != row_end || *end != '\n') ++flaws;
+    std::fill(value, row_end, kNaN);
     while (*end != '\n') end = scan.take();
-    return good ? Line::record : Line::flawed_record;
+    line_scan = scan;
+    return flaws == 0 ? Line::record : Line::flawed_record;
 }
 
 // Records are gathered in a tile that fits the cache before they are spread over the columns:
@@ -112,38 +124,39 @@ constexpr long kTileValues = 32768;
 
 class RecordReader {
  public:
-    RecordReader(long line, int num_channels, LoggerColumns& columns, std::string_view text)
-        : line_(line),
+    // `line` is the number of the first line of `text`, which is the first block of records.
+    RecordReader(LineBlocks& file, std::string_view text, long line, int num_channels,
+                 LoggerColumns& columns)
+        : file_(file),
+          text_(text),
+          num_bytes_(text.size() + file.bytes_left()),
+          line_(line),
           num_channels_(num_channels),
           tile_records_(static_cast<int>(std::clamp(kTileValues / num_channels, 8L, 64L))),
           columns_(columns),
-          text_(text),
           tile_(static_cast<std::size_t>(tile_records_) * static_cast<std::size_t>(num_channels)) {}
 
-    // Reads the lines in `text`, which ends with a newline, and READ_BEFORE bytes before it and
-    // kBlock bytes behind it can be read.
-    void read(std::string_view text, void (*release)(const char*)) {
-        FieldScan scan(text.data());
-        const char* const end = text.data() + text.size();
-        while (scan.next() != end && !flaws_.out_of_memory) {
-            const char* const start = scan.next();
-            read_one(scan);
-            read_bytes_ += scan.next() - start;
-            ++line_;
-            if (in_tile_ == tile_records_) {
-                flush();
-                if (release != nullptr) release(scan.next());
-            }
-        }
-    }
-
-    RecordFlaws finish() {
+    RecordFlaws read() {
+        for (; !text_.empty() && !flaws_.out_of_memory; text_ = file_.next()) read_block();
         flush();
         columns_.finish();
         return flaws_;
     }
 
  private:
+    void read_block() {
+        FieldScan scan(text_.data());
+        const char* const end = text_.data() + text_.size();
+        while (scan.next() != end && !flaws_.out_of_memory) {
+            read_one(scan);
+            ++line_;
+            if (in_tile_ == tile_records_) {
+                text_ = {scan.next(), static_cast<std::size_t>(end - scan.next())};
+                flush();
+            }
+        }
+    }
+
     void read_one(FieldScan& scan) {
         double* row =
             &tile_[static_cast<std::size_t>(in_tile_) * static_cast<std::size_t>(num_channels_)];
@@ -165,23 +178,41 @@ class RecordReader {
     // not little by little until memory is exhausted.
     bool make_room() {
         if (columns_.num_records() == 0) {
-            const double bytes_a_record = static_cast<double>(read_bytes_) / in_tile_;
-            const double expected = static_cast<double>(text_.size()) / bytes_a_record;
+            const std::size_t left = text_.size() + file_.bytes_left();
+            const double bytes_a_record = static_cast<double>(num_bytes_ - left) / in_tile_;
+            const double expected = static_cast<double>(num_bytes_) / bytes_a_record;
             if (columns_.reserve(static_cast<long>(expected * 1.01) + 1)) return true;
         }
-        return columns_.reserve(std::count(text_.begin(), text_.end(), '\n') + 1);
+        const long lines = std::count(text_.begin(), text_.end(), '\n') + file_.count_lines_left();
+        return columns_.reserve(columns_.num_records() + in_tile_ + lines);
     }
 
+    LineBlocks& file_;
+    std::string_view text_;  // what is left of the block
+    std::size_t num_bytes_;  // of all records
     long line_;
     int num_channels_;
     int tile_records_;
     LoggerColumns& columns_;
-    std::string_view text_;
     std::vector<double> tile_;  // [record][channel]
     int in_tile_ = 0;
-    long read_bytes_ = 0;
     RecordFlaws flaws_;
 };
+
+// Passes over the lines up to the records. Returns the records of the first block that has any, and
+// sets `line` to the number of their first line.
+std::string_view find_records(LineBlocks& file, long& line) {
+    constexpr std::string_view kKeyword = "@LOGGED_RECORDS";
+    std::string_view text = file.next();
+    line = 1;
+    for (bool found = false; !found && !text.empty(); ++line) {
+        found = text.substr(0, kKeyword.size()) == kKeyword &&
+                std::strchr(" \t\r\n", text[kKeyword.size()]) != nullptr;
+        text.remove_prefix(text.find('\n') + 1);
+        if (text.empty()) text = file.next();
+    }
+    return text;
+}
 
 }  // namespace
 
@@ -194,8 +225,7 @@ bool LoggerColumns::reserve(long records) {
     const long memory = sysconf(_SC_PHYS_PAGES) / num_channels_ * sysconf(_SC_PAGESIZE);
     if (records >= INT_MAX || stride > memory / static_cast<long>(sizeof(double))) return false;
     const auto num_cells = static_cast<std::size_t>(stride * num_channels_);
-    std::unique_ptr<double, Free> cells(
-        static_cast<double*>(std::malloc(num_cells * sizeof(double))));
+    std::unique_ptr<double[]> cells(new (std::nothrow) double[num_cells]);
     if (cells == nullptr) return false;
     for (int channel = 0; channel < num_channels_ && num_records_ > 0; ++channel) {
         std::copy_n(column(channel), num_records_, cells.get() + channel * stride);
@@ -221,21 +251,8 @@ void LoggerColumns::finish() {
     }
 }
 
-RecordFlaws read_records(std::string_view text, long line, int num_channels, LoggerColumns& columns,
-                         void (*release)(const char* read_to)) {
-    RecordReader reader(line, num_channels, columns, text);
-    // The last lines are read from a copy: with room around it to look ahead, and with a newline
-    // at its end, which the file may lack.
-    const std::size_t ahead = std::min<std::size_t>(text.size(), kBlock);
-    const std::size_t body = text.substr(0, text.size() - ahead).rfind('\n') + 1;  // 0: none
-    if (body > 0) reader.read(text.substr(0, body), release);
-    std::string last(text.substr(body));
-    if (!last.empty() && last.back() != '\n') last += '\n';
-    if (!last.empty()) {
-        const std::size_t size = last.size();
-        last.insert(0, READ_BEFORE, ' ');
-        last.append(kBlock, ' ');
-        reader.read(std::string_view(last).substr(READ_BEFORE, size), nullptr);
-    }
-    return reader.finish();
+RecordFlaws read_records(LineBlocks& file, int num_channels, LoggerColumns& columns) {
+    long line = 0;
+    const std::string_view text = find_records(file, line);
+    return RecordReader(file, text, line, num_channels, columns).read();
 }

@@ -2,9 +2,9 @@
 #ifndef QUON5_RUNTIME_LOGGER_RECORDS_H
 #define QUON5_RUNTIME_LOGGER_RECORDS_H
 
-#include <cstdlib>
 #include <memory>
-#include <string_view>
+
+#include "runtime/line_blocks.h"
 
 // One array of doubles per channel, each with one more cell after its last record, which repeats
 // the last value.
@@ -23,13 +23,10 @@ class LoggerColumns {
     void finish();  // sets the cells after the last record
 
  private:
-    struct Free {
-        void operator()(double* p) const { std::free(p); }
-    };
     int num_channels_;
     int num_records_ = 0;
     long stride_ = 0;  // cells from one column to the next: what each has room for
-    std::unique_ptr<double, Free> cells_;
+    std::unique_ptr<double[]> cells_;
 };
 
 // What was wrong with the records of a log.
@@ -39,10 +36,8 @@ struct RecordFlaws {
     bool out_of_memory = false;
 };
 
-// Reads the records in `text` into `columns`; READ_BEFORE bytes in front of it must be readable.
-// `line` is the number of their first line. `release(p)` is called now and then with the point up
-// to which the text has been read.
-RecordFlaws read_records(std::string_view text, long line, int num_channels, LoggerColumns& columns,
-                         void (*release)(const char* read_to));
+// Reads the records of a log, the lines below @LOGGED_RECORDS, into `columns`. Throws ReadFailure
+// when the file breaks off.
+RecordFlaws read_records(LineBlocks& file, int num_channels, LoggerColumns& columns);
 
 #endif

@@ -13,15 +13,12 @@
 
 namespace {
 
-constexpr char kModule[] = "file_append";
-
 void copy_part(char* dest, std::string_view part, std::size_t size) {
-    copyn("_splitpath", __LINE__, dest, std::string(part).c_str(), size);
+    copyn(dest, std::string(part).c_str(), size);
 }
 
 void report_open_failure(const char* filename) {
-    log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED, "Could not open file %s, errno=%s",
-              filename, strerror(errno));
+    LOG(SIBLING_NOT_OPENED, filename, strerror(errno));
 }
 
 }  // namespace
@@ -46,8 +43,7 @@ int file_append(const char* first, const char* second) {
     }
     // A file appended to itself would grow for ever.
     if (is_same_file(first, second)) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                  "File %s is the file %s itself, it is not appended", first, second);
+        LOG(SIBLING_IS_QUON5_FILE, first, second);
         return -1;
     }
     File target(open_for_writing(second, WRITE_APPEND));

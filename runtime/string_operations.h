@@ -20,10 +20,23 @@ char* strupr(char* text);
 
 }  // extern "C"
 
+// Removes the blanks around `text`, in place.
+inline void trim(char* text) {
+    string_trim(text);
+    string_strip(text);
+}
+
+// The same copy; the caller is named for it.
+inline void copyn(char* dest, const char* src, std::size_t size,
+                  const char* caller = __builtin_FUNCTION(), int line = __builtin_LINE()) {
+    copyn(caller, line, dest, src, size);
+}
+
 // The copy into a fixed-width field: the size is the field's own width.
 template <std::size_t N>
-void copyn(const char* module, char (&dest)[N], const char* src, int line = __builtin_LINE()) {
-    copyn(module, line, dest, src, N);
+void copyn(char (&dest)[N], const char* src, const char* caller = __builtin_FUNCTION(),
+           int line = __builtin_LINE()) {
+    copyn(caller, line, dest, src, N);
 }
 
 #endif

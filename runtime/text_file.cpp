@@ -89,12 +89,10 @@ short get_keywd_entry(FILE* fp, const char* keyword, char* entry, const char* fi
     const short status = get_1st_line(fp, line, keyword);
     if (status < 0 || line[0] == '@') {
         entry[0] = '\0';
-        log_error("get_keywd_entry", __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                  "Could not find keyword %s in file %s", keyword, filename);
+        LOG(KEYWORD_ENTRY_NOT_FOUND, keyword, filename);
         return -1;
     }
-    string_trim(line);
-    string_strip(line);
-    copyn("get_keywd_entry", __LINE__, entry, line, ENTRY_SIZE);
+    trim(line);
+    copyn(entry, line, ENTRY_SIZE);
     return 0;
 }

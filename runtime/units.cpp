@@ -190,6 +190,13 @@ class UnitsTable {
         return code;
     }
 
+    void clear_compounds() {
+        while (units_.size() > std::size(kVocabulary)) {
+            code_of_.erase(std::string(units_.back().keyword));
+            units_.pop_back();
+        }
+    }
+
  private:
     // One factor of a compound: a keyword, or a length keyword with its power.
     bool parse_factor(const std::string& name, Unit& factor) const {
@@ -241,20 +248,20 @@ UnitsTable& units_table() {
 
 // A channel is converted sample by sample with the same few units, so the codes of the units used
 // last are kept: a look-up is then one comparison of short texts.
+struct {
+    char keyword[16];
+    int code;
+} Recent_codes[4];
+
 int code_of(const char* keyword) {
-    struct Recent {
-        char keyword[16];
-        int code;
-    };
-    static Recent recent[4];
     static unsigned next = 0;
-    for (const Recent& known : recent) {
+    for (const auto& known : Recent_codes) {
         if (known.code != 0 && std::strcmp(known.keyword, keyword) == 0) return known.code;
     }
     const int code = units_table().code_of(keyword);
     const std::size_t length = std::strlen(keyword);
-    if (code != 0 && length < sizeof recent[0].keyword) {
-        Recent& slot = recent[next++ % std::size(recent)];
+    if (code != 0 && length < sizeof Recent_codes[0].keyword) {
+        auto& slot = Recent_codes[next++ % std::size(Recent_codes)];
         std::memcpy(slot.keyword, keyword, length + 1);
         slot.code = code;
     }
@@ -323,4 +330,9 @@ short units_put_def_to_dbl(double value, int code, double* value_out) {
     const Unit* unit = units_table().by_code(code);
     if (unit == nullptr) return -1;
     return finish(value, convert(kDefault, *unit, value), value_out);
+}
+
+void clear_compound_units() {
+    units_table().clear_compounds();
+    std::memset(Recent_codes, 0, sizeof Recent_codes);
 }

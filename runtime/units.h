@@ -27,4 +27,7 @@ short units_put_def_to_dbl(double value, int code, double* value_out);
 
 }  // extern "C"
 
+// Forgets the compounds seen so far, with their codes.
+void clear_compound_units();
+
 #endif

@@ -1,9 +1,8 @@
 #include "tests/task_test.h"
 
-#include <sys/wait.h>
-
 #include <cstring>
 
+#include "quon5/clear_task.h"
 #include "runtime/index_map.h"
 
 namespace tests {
@@ -32,19 +31,14 @@ void register_texts(const char (&texts)[N][80], short map) {
 
 }  // namespace
 
-void clear_records() {
-    std::memset(&Customer_input, 0, sizeof Customer_input);
-    std::memset(&Emis_data, 0, sizeof Emis_data);
-    std::memset(&Ftir, 0, sizeof Ftir);
-    std::memset(Em_species_map, 0, sizeof Em_species_map);
-    std::memset(Species_measrd, 0, sizeof Species_measrd);
-    std::memset(Tr_em_data_chans, 0, sizeof Tr_em_data_chans);
-    Spec_file_line_count = 0;
-    Keyword_memory = nullptr;
+TASK_TEST::TASK_TEST() {
+    start_again();
+    if (mkdtemp(directory_.data()) == nullptr) throw std::runtime_error("no temporary directory");
+    std::filesystem::current_path(directory_);
 }
 
-TASK_TEST::TASK_TEST() {
-    clear_records();
+void TASK_TEST::start_again() {
+    clear_task();
     register_texts(Em_species_keywds, SPECIES_MAP);
     register_texts(Chem_bal_options, CHEM_BAL_OPTIONS_MAP);
     register_texts(Chem_bal_species, CHEM_BAL_SPECIES_MAP);
@@ -52,29 +46,16 @@ TASK_TEST::TASK_TEST() {
     std::strcpy(Em_cart_filename, "bench");
     std::strcpy(FTIR_filename, "ftir");
     std::strcpy(Pm_cart_filename, "NoPM_Available");
-    if (mkdtemp(directory_.data()) == nullptr) throw std::runtime_error("no temporary directory");
-    std::filesystem::current_path(directory_);
 }
 
 TASK_TEST::~TASK_TEST() {
+    clear_task();
     std::filesystem::current_path(before_);
     std::filesystem::remove_all(directory_);
 }
 
 void TASK_TEST::write(const std::string& name, const std::string& contents) {
     std::ofstream(name, std::ios::binary) << contents;
-}
-
-void in_own_process(const std::function<void()>& body) {
-    std::fflush(nullptr);
-    const pid_t child = fork();
-    if (child == 0) {
-        body();
-        std::exit(testing::Test::HasFailure());  // not _exit, which would lose the coverage
-    }
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0) << "the process failed or died";
 }
 
 }  // namespace tests

@@ -16,3 +16,10 @@ foreach(page quon5.1 csv2logr.1 quon5-files.5)
     list(APPEND manual_pages ${CMAKE_BINARY_DIR}/${page})
 endforeach()
 add_custom_target(manual_pages ALL DEPENDS ${manual_pages})
+
+# The pages that are made from the program's tables: `cmake --build ... --target pages` writes them
+# into docs/, and a test compares them.
+add_executable(messages_page ${CMAKE_SOURCE_DIR}/docs/pages/messages_page.cpp)
+target_link_libraries(messages_page PRIVATE quon5_base)
+add_custom_target(pages
+    COMMAND $<TARGET_FILE:messages_page> > ${CMAKE_SOURCE_DIR}/docs/messages.md VERBATIM)

@@ -11,7 +11,7 @@
 #include "quon5/composite/get_chan_grp_deskew.h"
 #include "quon5/output_files.h"
 #include "quon5/process_records.h"
-#include "quon5/readers/ftir_keywords.h"
+#include "quon5/readers/read_ftir_file.h"
 #include "quon5/spec_channels.h"
 #include "quon5/timing/logged_channels.h"
 #include "runtime/error_log.h"
@@ -22,7 +22,6 @@
 
 namespace {
 
-constexpr char kModule[] = "quon_end";
 constexpr DESKEW_TIME kNoDeskew = {0.0, "sec"};
 
 // Copies of the specified channels in column order, each with its position in the logger data.
@@ -52,13 +51,10 @@ class PhaseSearch {
         for (const DATA_CHAN_INDICES row : {EM_TIME_CHAN, EM_SYNC_CHAN}) {
             const short position = find_logged_channel(Tr_em_data_chans[row]);
             if (position < 0) {
-                log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED,
-                          " Could not find chan %s in floger data composite file will be "
-                          "incomplete",
-                          Tr_em_data_chans[row]);
+                LOG(COMPOSITE_CHANNEL_NOT_LOGGED, Tr_em_data_chans[row]);
                 return false;
             }
-            ask_for_channel(kModule, get_strt_time_[k++], position);
+            ask_for_channel(get_strt_time_[k++], position);
         }
         return true;
     }
@@ -83,8 +79,7 @@ class PhaseSearch {
 
 double start_time_offset(PhaseSearch& phases) {
     if (phases.search(PHASE_CYCLE)) return phases.time();
-    log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-              "No record has phase 20, the time offset is 0.0");
+    LOG(NO_TIME_OFFSET);
     return 0.0;
 }
 
@@ -94,10 +89,9 @@ FILE* open_composite_file() {
         file_append(Quon6_filename, Quon5_output_filename);
         file_append(Quon7_filename, Quon5_output_filename);
     }
-    FILE* file = open_output(kModule, COMPOSITE);
+    FILE* file = open_output<COMPOSITE_IS_ANOTHER>(COMPOSITE_FILE);
     if (file == nullptr) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED, "Could not open file %s, errno=%s",
-                  Quon_end_filename, strerror(errno));
+        LOG(COMPOSITE_NOT_OPENED, Quon_end_filename, strerror(errno));
     }
     return file;
 }
@@ -118,33 +112,33 @@ class HeaderWriter {
     }
 
  private:
-    // The position of the channel in the logger data, -1 when it is not logged. The first search
-    // that comes by the time channel writes its column.
-    short find_column(const char* label) {
-        if (found_time_) return find_logged_channel(label);
-        const char* const time = Tr_em_data_chans[EM_TIME_CHAN];
-        const auto num_channels = static_cast<short>(All_chans[0].num_channels);
-        for (short j = 0; j < num_channels; ++j) {
-            if (!found_time_ && std::strcmp(All_chans[j].chan_name, time) == 0) {
-                fputs("LOG_TM", file_);
-                found_time_ = write_comma_ = true;
-            } else if (std::strcmp(All_chans[j].chan_name, label) == 0) {
-                return j;
-            }
+    // The position of the channel in the logger data, -1 when it is not logged. Until the time
+    // column is written, the time channel is no channel of another column.
+    short find_column(const char* label) const {
+        const short first = find_logged_channel(label);
+        if (found_time_ || first != time_) return first;
+        for (short j = static_cast<short>(time_ + 1); j < Num_chans_logged; ++j) {
+            if (std::strcmp(All_chans[j].chan_name, label) == 0) return j;
         }
         return -1;
     }
 
+    // The first channel that does not stand before the time channel writes the time column.
+    void write_time_keyword(short position) {
+        if (found_time_ || (position >= 0 && position < time_)) return;
+        fputs("LOG_TM", file_);
+        found_time_ = write_comma_ = true;
+    }
+
     void write_keyword(CI_CHANNEL& channel, DESKEW_TIME& deskew) {
         channel.floger_data_index = find_column(channel.label);
+        write_time_keyword(channel.floger_data_index);
         if (channel.floger_data_index < 0) {
-            log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                      "Variable %s in cvs_specs.dat was not found in floger data file %s",
-                      channel.label, Logr_data_filename);
+            LOG(VARIABLE_NOT_LOGGED, channel.label, Logr_data_filename);
             deskew = kNoDeskew;
             return;
         }
-        copyn(kModule, channel.units, All_chans[channel.floger_data_index].units);
+        copyn(channel.units, All_chans[channel.floger_data_index].units);
         if (write_comma_) fputs(",", file_);
         fputs(column_keyword(channel, deskew), file_);
         write_comma_ = true;
@@ -168,12 +162,10 @@ class HeaderWriter {
     const char* species_keyword(short species, const char* keyword, DESKEW_TIME& deskew) const {
         const EMIS_MEMBER& member = Emis_data.member[DESKEW_TIMES][species];
         deskew.time = leading_number(member.value);
-        copyn(kModule, deskew.units, member.units);
+        copyn(deskew.units, member.units);
         const char* const measured = em_chan_[species].pam_keyword;
         if (check_keyword(measured, CHANNEL_KEYWORD) == 0) return measured;
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                  "Invalid Emission PAM keyword=%s associated with keyword=<%s>", measured,
-                  keyword);
+        LOG(BAD_EMISSION_KEYWORD, measured, keyword);
         return "invalid_keywd";
     }
 
@@ -193,10 +185,7 @@ class HeaderWriter {
                 fprintf(file_, ",%lf", printable(deskew_[i].time));
                 continue;
             }
-            log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                      "Label %s specified in cvs_specs was not found in floger file-no data will "
-                      "be available for that channel",
-                      ci_[i].label);
+            LOG(NO_DATA_FOR_LABEL, ci_[i].label);
         }
         fputs("\n", file_);
     }
@@ -210,7 +199,8 @@ class HeaderWriter {
     FILE* file_;
     const EM_CHAN_INFO* em_chan_;
     std::vector<CI_CHANNEL>& ci_;
-    std::vector<DESKEW_TIME> deskew_;  // parallel to ci_
+    std::vector<DESKEW_TIME> deskew_;                                         // parallel to ci_
+    const short time_ = find_logged_channel(Tr_em_data_chans[EM_TIME_CHAN]);  // it is logged
     bool found_time_ = false;
     bool write_comma_ = false;
 };
@@ -228,9 +218,7 @@ RecordRange record_range(PhaseSearch& phases) {
     phases.search(PHASE_END);
     const int stop_indx = phases.record();
     if (stop_indx == strt_indx) {
-        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                  "The synchronization channel value of 40, used to indicate the end of overrun "
-                  "data, was not found in the floger file");
+        LOG(NO_END_OF_OVERRUN);
     }
     return {strt_indx, stop_indx};
 }

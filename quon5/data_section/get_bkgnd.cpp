@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr char kModule[] = "get_bkgnd";
-
 // The sources of a background concentration, the preferred one first.
 constexpr struct {
     EMIS_ENTRIES entry;
@@ -25,17 +23,17 @@ void get_bkgnd(short species) {
         if (source.active != 1) continue;
         EMIS_MEMBER& method = Emis_data.member[BACKGND_SAMPL_METHOD][species];
         method.active = 1;
-        copyn(kModule, __LINE__, method.value, from.method, 16);
-        copyn(kModule, method.keywd, Em_species_map[species]);
-        copyn(kModule, method.units, " ");
+        copyn(method.value, from.method, 16);
+        copyn(method.keywd, Em_species_map[species]);
+        copyn(method.units, " ");
 
         EMIS_MEMBER& conc = Emis_data.backgnd_conc[species];
         char text[400];  // a double in fixed notation has up to 309 digits before its point
         snprintf(text, sizeof text, "%.4lf", leading_number(source.value));
         conc.active = 1;
-        copyn(kModule, conc.value, text);
-        copyn(kModule, conc.keywd, Em_species_map[species]);
-        copyn(kModule, conc.units, source.units);
+        copyn(conc.value, text);
+        copyn(conc.keywd, Em_species_map[species]);
+        copyn(conc.units, source.units);
         return;
     }
 }

@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr char kModule[] = "integ_aver";
 constexpr int kUnitsSize = 16;
 
 // `value` in default units; the value unchanged, logged, when it does not convert.
@@ -18,9 +17,7 @@ double to_default(double value, const char* units) {
     double converted = value;
     const short status = units_dbl_to_def(value, units, &converted);
     if (status != 0) {
-        log_error(kModule, __LINE__, REPORT_WARNING, status,
-                  "Units conversion errors, converting %lf [%s] to default units", printable(value),
-                  units);
+        LOG_RESULT(NOT_CONVERTED_TO_DEFAULT, status, printable(value), units);
     }
     return converted;
 }
@@ -31,9 +28,7 @@ double from_default(double value, const char* units) {
     units_keyword_to_code(units, &code);
     const short status = units_put_def_to_dbl(value, code, &converted);
     if (status != 0) {
-        log_error(kModule, __LINE__, REPORT_WARNING, status,
-                  "Units conversion errors, converting %lf from default units to [%s]",
-                  printable(value), units);
+        LOG_RESULT(NOT_CONVERTED_FROM_DEFAULT, status, printable(value), units);
     }
     return converted;
 }
@@ -56,15 +51,14 @@ void cut_rate_units(char* units) {
 double integrate(const double* data_ptr, const char* units_data, int num_values,
                  const double* time_ptr, const char* units_time) {
     if (units_data[0] == '\0' || units_time[0] == '\0') {
-        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                  "Units for integration not specified-No integration done");
+        LOG(NO_UNITS_TO_INTEGRATE);
         return 0.0;
     }
     char time_units[kUnitsSize];
-    copyn(kModule, time_units, units_time);
-    if (std::strcmp(strupr(time_units), "SECONDS") == 0) copyn(kModule, time_units, "SEC");
+    copyn(time_units, units_time);
+    if (std::strcmp(strupr(time_units), "SECONDS") == 0) copyn(time_units, "SEC");
     char result_units[kUnitsSize];
-    copyn(kModule, result_units, units_data);
+    copyn(result_units, units_data);
     cut_rate_units(result_units);
 
     double total = 0.0;

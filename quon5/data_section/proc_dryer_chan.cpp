@@ -8,12 +8,11 @@
 #include "runtime/string_operations.h"
 
 void proc_dryer_chan(short /*what_dryer*/, short species, short measrd_chan, short dryer_map) {
-    constexpr char kModule[] = "proc_dryer_chan";
     EMIS_MEMBER& entry = Emis_data.member[dryer_map][species];
     for (const CI_CHANNEL& channel : data_channels(Customer_input)) {
         if (std::strcmp(channel.label, Get_chans[measrd_chan].chan_name) != 0) continue;
         entry.active = 1;
-        copyn(kModule, entry.keywd, Em_species_map[species]);
-        copyn(kModule, entry.value, channel.pam_keyword);
+        copyn(entry.keywd, Em_species_map[species]);
+        copyn(entry.value, channel.pam_keyword);
     }
 }

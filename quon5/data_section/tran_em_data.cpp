@@ -24,30 +24,14 @@ FLOGER_DATA_INFO Get_chans[34];
 
 namespace {
 
-constexpr char kModule[] = "tran_em_data";
-
-// Rows of the data section.
-enum TR_EM_ROWS : short {
-    ROW_END = 0,
-    ROW_BAROMETER = 1,
-    ROW_VAP_PR_DIL_AIR = 2,
-    ROW_VAP_PR_COMB_AIR = 3,
-    ROW_DIL_AIR_TEMP = 4,
-    ROW_INLET_AIR_TEMP = 5,
-    ROW_INTAKE_RESTRICTION = 6,
-    ROW_EXHAUST_RESTRICTION = 7,
-    ROW_FUEL_USED = 8,
-    ROW_OIL_PAN_TEMP = 10,
-    ROW_OPTICAL_PATH = 35,
-    NUM_TR_EM_ROWS = 36,
+// A row of the data section.
+struct Row {
+    short number;
+    const char* units;
 };
-
-// Units of the rows; "-" for rows without.
-constexpr char tr_em_units[NUM_TR_EM_ROWS][16] = {
-    "-", "in_hg_32", "in_hg_32", "in_hg_32", "deg_f", "deg_f", "in_h2o", "in_h2o", "lb",
-    "-", "deg_f",    "-",        "-",        "-",     "-",     "-",      "-",      "-",
-    "-", "-",        "-",        "-",        "-",     "-",     "-",      "-",      "-",
-    "-", "-",        "-",        "-",        "-",     "-",     "-",      "-",      "in"};
+constexpr Row kBarometer = {1, "in_hg_32"};
+constexpr Row kFuelUsed = {8, "lb"};
+constexpr short kEndOfRows = 0;
 
 void write_value_row(short row, double value, const char* units) {
     // The C library drops the zeros of a value that it rounds up to 10000: "1.e+04".
@@ -60,31 +44,31 @@ void write_missing_value_row(short row, const char* units) {
     fprintf(Quon5_optr, "%10i %10s %s\n", row, "no_value", units);
 }
 
+// The row of the value of `keywd` in the open keyword file `file`, named `filename`.
+void write_keyword_row(const Row& row, FILE* file, const char* filename, const char* keywd) {
+    process_keywd_value(file, filename, keywd, row.number, row.units);
+}
+
 // `value` in `units_out`; the value unchanged, logged, when it does not convert.
 double converted_or_unchanged(double value, const char* units_in, const char* units_out) {
     double converted = value;
     if (units_dbl_keyword_convrt(value, units_in, &converted, units_out) != 0) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                  "Units conversion errors, converting %lf [%s] to [%s]", printable(value),
-                  units_in, units_out);
+        LOG(VALUE_NOT_CONVERTED, printable(value), units_in, units_out);
     }
     return converted;
 }
 
 void report_label_not_found(const char* label) {
-    log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-              "Label <%s> specified in orda_specs.dat was not found in the floger file - no_value "
-              "is reported for that channel",
-              label);
+    LOG(LABEL_NOT_LOGGED, label);
 }
 
 void build_fetch_list() {
     for (int i = 0; i < NUM_EM_DATA_LBLS; ++i) {
         const short position = find_logged_channel(Tr_em_data_chans[i]);
         if (position >= 0) {
-            ask_for_channel(kModule, Get_chans[i], position);
+            ask_for_channel(Get_chans[i], position);
         } else {
-            copyn(kModule, Get_chans[i].chan_name, Tr_em_data_chans[i]);
+            copyn(Get_chans[i].chan_name, Tr_em_data_chans[i]);
         }
     }
 }
@@ -102,13 +86,12 @@ bool write_fuel_consumed(short sync_column) {
     const FLOGER_DATA_INFO& fuel = Get_chans[EM_FUEL_CONSUMED];
     load_test(NUM_EM_DATA_LBLS, Get_chans, sync_column, fuel);
     if (fuel.num_samples == 0) {
-        log_error(kModule, __LINE__, REPORT_WARNING, CODE_FAILED,
-                  "Could not find 'fuel_consumed' in floger data");
+        LOG(NO_FUEL_CONSUMED);
         return false;
     }
-    const char* const units = tr_em_units[ROW_FUEL_USED];
     const double consumed = last_sample(fuel) - first_sample(fuel);
-    write_value_row(ROW_FUEL_USED, converted_or_unchanged(consumed, fuel.units, units), units);
+    write_value_row(kFuelUsed.number, converted_or_unchanged(consumed, fuel.units, kFuelUsed.units),
+                    kFuelUsed.units);
     return true;
 }
 
@@ -117,19 +100,19 @@ bool write_fuel_consumed(short sync_column) {
 void write_fuel_by_counter_and_weight() {
     const FLOGER_DATA_INFO& counter = Get_chans[EM_FUEL_CTR];
     const FLOGER_DATA_INFO& weight = Get_chans[EM_FUEL_WT];
-    const char* const units = tr_em_units[ROW_FUEL_USED];
+    const auto [row, units] = kFuelUsed;
     bool complete = true;
     for (const FLOGER_DATA_INFO* channel : {&counter, &weight}) {
         if (channel->num_samples > 0) continue;
         report_label_not_found(channel->chan_name);
         complete = false;
     }
-    if (!complete) return write_missing_value_row(ROW_FUEL_USED, units);
+    if (!complete) return write_missing_value_row(row, units);
     const double counted =
         converted_or_unchanged(last_sample(counter) - first_sample(counter), counter.units, units);
     const double weighed =
         converted_or_unchanged(first_sample(weight) - last_sample(weight), weight.units, units);
-    write_value_row(ROW_FUEL_USED, counted + weighed, units);
+    write_value_row(row, counted + weighed, units);
 }
 
 // The dryer channels of the continuous analysers. A species stands under its long-form name, or
@@ -156,27 +139,27 @@ void process_dryer_channels() {
 
 void write_ambient_rows(double barometer, FILE* restrictions) {
     const FLOGER_DATA_INFO& channel = Get_chans[EM_BAROMETER];
-    write_value(barometer, channel.units, tr_em_units[ROW_BAROMETER], ROW_BAROMETER,
-                channel.chan_name);
+    write_value(barometer, channel.units, kBarometer.units, kBarometer.number, channel.chan_name);
     static constexpr struct {
         DATA_CHAN_INDICES channel;
-        TR_EM_ROWS row;
-    } kLogged[] = {{EM_VAP_PR_DIL_AIR, ROW_VAP_PR_DIL_AIR},
-                   {EM_VAP_PR_COMB_AIR, ROW_VAP_PR_COMB_AIR},
-                   {EM_DIL_AIR_TEMP, ROW_DIL_AIR_TEMP},
-                   {EM_INLET_AIR_TEMP, ROW_INLET_AIR_TEMP}};
-    for (const auto& entry : kLogged) {
-        process_tr_em_value(entry.channel, entry.row, tr_em_units[entry.row]);
+        Row row;
+    } kLogged[] = {{EM_VAP_PR_DIL_AIR, {2, "in_hg_32"}},
+                   {EM_VAP_PR_COMB_AIR, {3, "in_hg_32"}},
+                   {EM_DIL_AIR_TEMP, {4, "deg_f"}},
+                   {EM_INLET_AIR_TEMP, {5, "deg_f"}}};
+    for (const auto& [chan_index, row] : kLogged) {
+        process_tr_em_value(chan_index, row.number, row.units);
     }
-    process_keywd_value(restrictions, Exh_Int_Restr_filename, "@INTAKE_RESTRICTION_NORMAL",
-                        ROW_INTAKE_RESTRICTION, tr_em_units[ROW_INTAKE_RESTRICTION]);
-    process_keywd_value(restrictions, Exh_Int_Restr_filename, "@EXHAUST_RESTRICTION_NORMAL",
-                        ROW_EXHAUST_RESTRICTION, tr_em_units[ROW_EXHAUST_RESTRICTION]);
+    write_keyword_row({6, "in_h2o"}, restrictions, Exh_Int_Restr_filename,
+                      "@INTAKE_RESTRICTION_NORMAL");
+    write_keyword_row({7, "in_h2o"}, restrictions, Exh_Int_Restr_filename,
+                      "@EXHAUST_RESTRICTION_NORMAL");
 }
 
-FILE* open_or_report(const char* filename, REPORT_MODE mode, const char* message) {
+template <MESSAGE_NAME NotOpened>
+FILE* open_or_report(const char* filename) {
     FILE* file = open_for_reading(filename);
-    if (file == nullptr) log_error(kModule, __LINE__, mode, CODE_NOT_OPENED, message, filename);
+    if (file == nullptr) LOG(NotOpened, filename);
     return file;
 }
 
@@ -189,9 +172,7 @@ void write_value(double value_in, const char* units_in, const char* units_out, s
         write_value_row(index, converted, units_out);
         return;
     }
-    log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-              "Units conversion errors for channel <%s>, converting %lf [%s] to [%s]", chan_name,
-              printable(value_in), units_in, units_out);
+    LOG(CHANNEL_NOT_CONVERTED, chan_name, printable(value_in), units_in, units_out);
     write_missing_value_row(index, units_out);
 }
 
@@ -217,11 +198,9 @@ void process_keywd_value(FILE* fptr, const char* fname, const char* keywd, short
 
 short tran_em_data(short /*cell_num*/, const FLOGER_DATA_INFO* /*all_chans*/,
                    double floger_cycle_time, const char* mps_filter_id) {
-    const File cell_cfg(
-        open_or_report(Cell_cfg_filename, REPORT_WARNING, "Unable to open file %s"));
+    const File cell_cfg(open_or_report<DATA_CELL_CFG_NOT_OPENED>(Cell_cfg_filename));
     if (cell_cfg == nullptr) return -1;
-    const File restrictions(
-        open_or_report(Exh_Int_Restr_filename, REPORT_ERROR, "Could not open file %s"));
+    const File restrictions(open_or_report<RESTRICTION_NOT_OPENED>(Exh_Int_Restr_filename));
     if (restrictions == nullptr) return -1;
 
     build_fetch_list();
@@ -229,7 +208,7 @@ short tran_em_data(short /*cell_num*/, const FLOGER_DATA_INFO* /*all_chans*/,
     load_phase(NUM_EM_DATA_LBLS, Get_chans, sync_column, PHASE_CYCLE, PHASE_OVERRUN);
     const FLOGER_DATA_INFO& barometer = Get_chans[EM_BAROMETER];
     const double mean = aver(barometer.data_ptr, barometer.num_samples);
-    write_filter_data(converted_or_unchanged(mean, barometer.units, tr_em_units[ROW_BAROMETER]),
+    write_filter_data(converted_or_unchanged(mean, barometer.units, kBarometer.units),
                       floger_cycle_time);
     write_ambient_rows(mean, restrictions.get());
     if (Version_cvsci > 6) {
@@ -237,12 +216,11 @@ short tran_em_data(short /*cell_num*/, const FLOGER_DATA_INFO* /*all_chans*/,
     } else {
         write_fuel_by_counter_and_weight();
     }
-    process_keywd_value(Logr_data_iptr, Logr_data_filename, "@QUON5_OIL_PAN_TEMPERATURE",
-                        ROW_OIL_PAN_TEMP, tr_em_units[ROW_OIL_PAN_TEMP]);
-    process_keywd_value(cell_cfg.get(), Cell_cfg_filename, "@OPTICAL_PATH_CELESCO_METER",
-                        ROW_OPTICAL_PATH, tr_em_units[ROW_OPTICAL_PATH]);
+    write_keyword_row({10, "deg_f"}, Logr_data_iptr, Logr_data_filename,
+                      "@QUON5_OIL_PAN_TEMPERATURE");
+    write_keyword_row({35, "in"}, cell_cfg.get(), Cell_cfg_filename, "@OPTICAL_PATH_CELESCO_METER");
     process_dryer_channels();
-    fprintf(Quon5_optr, "%10i\n", ROW_END);
+    fprintf(Quon5_optr, "%10i\n", kEndOfRows);
     for (short species = 0; species < NUM_SPECIES_ROWS; ++species) get_bkgnd(species);
     write_emis_data(sync_column, mps_filter_id);
     write_cell_cfg();

@@ -40,10 +40,7 @@ void write_cell_cfg() {
     for (short index = 0; index < NUM_CELL_CFG_ENTRIES; ++index) {
         const char* keyword = index_to_stringN(index, CELL_CFG_MAP);
         if (keyword == nullptr) {
-            log_error("write_cell_cfg", __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                      "Could not convert index <%d> to cell cfg keyword Some data will be "
-                      "unavailable in composite file",
-                      index);
+            LOG(UNKNOWN_CELL_INDEX, index);
             continue;
         }
         write_group(groups[index], keyword);

@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr char kModule[] = "write_cycle_overrides";
-
 // The cycle and the map of the run, from the name of the quon6 file.
 struct RunIdentity {
     char cycle[PATH_EXT_SIZE];
@@ -23,24 +21,19 @@ struct RunIdentity {
 
     RunIdentity() {
         const PATH_PARTS path(Quon6_filename);
-        copyn(kModule, cycle, path.ext);
+        copyn(cycle, path.ext);
         if (cycle[0] != '\0') cycle[0] = ' ';  // the dot
-        string_trim(cycle);
-        string_strip(cycle);
+        trim(cycle);
         const TOKENS<10> components(path.dir, "/", 65);
-        copyn(kModule, map, components.count() > 0 ? components[components.count() - 1] : "");
+        copyn(map, components.count() > 0 ? components[components.count() - 1] : "");
     }
 };
 
-// The position of `name` among the first `count` of `names`; -1, logged with `message`, without.
-template <std::size_t N>
-short find_or_report(const char (&names)[N][80], short count, const char* name,
-                     const char* message) {
+// The position of `name` among the first `count` of `names`; -1, logged as `NotFound`, without.
+template <MESSAGE_NAME NotFound, std::size_t N>
+short find_or_report(const char (&names)[N][80], short count, const char* name) {
     const short index = find_name(names, count, name);
-    if (index < 0) {
-        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY, message, name,
-                  Quon5_output_filename);
-    }
+    if (index < 0) LOG(NotFound, name, Quon5_output_filename);
     return index;
 }
 
@@ -55,24 +48,21 @@ void add_override(const CI_OVERRIDE* override, char (*vrbl_names)[80],
     if (*write_keyword == 1) fputs("@CYCLE_OVERRIDES\n", Quon5_optr);
     *write_keyword = 0;
     fprintf(Quon5_optr, "     %s %s %s\n", ecm_name, override->string, override->value);
-    copyn(kModule, vrbl_names[*num_overrides_specified], override->string);
+    copyn(vrbl_names[*num_overrides_specified], override->string);
     *num_overrides_specified = static_cast<short>(*num_overrides_specified + 1);
 }
 
 void write_cycle_overrides() {
     const CVS_CI& ci = Customer_input;
     const RunIdentity run;
+    const ACTIVITY_LIST_NAMES& list = ci.activity_list;
     const short cycle =
-        find_or_report(ci.cycles, ci.num_cycles, run.cycle,
-                       "Could not find cycle <%s>, overrides will not be added to <%s>");
+        find_or_report<OVERRIDE_CYCLE_NOT_FOUND>(ci.cycles, ci.num_cycles, run.cycle);
     if (cycle < 0) return;
-    const short map =
-        find_or_report(ci.maps, ci.num_maps, run.map,
-                       "Could not find map <%s>, overrides will not be added to <%s>");
+    const short map = find_or_report<OVERRIDE_MAP_NOT_FOUND>(ci.maps, ci.num_maps, run.map);
     if (map < 0) return;
     const short activity =
-        find_or_report(ci.activity_list.activity, ci.activity_list.num_activities, Activity,
-                       "Could not find activity <%s>, overrides will not be added to <%s>");
+        find_or_report<OVERRIDE_ACTIVITY_NOT_FOUND>(list.activity, list.num_activities, Activity);
     if (activity < 0 || ci.num_ecms <= 0) return;
 
     fflush(Quon5_optr);

@@ -16,8 +16,6 @@
 
 namespace {
 
-constexpr char kModule[] = "write_filt_data";
-
 // The rows of Tr_em_data_chans that hold the labels, by FILT_DATA_CHAN_INDICES.
 constexpr DATA_CHAN_INDICES kLabelRows[NUM_FD_DATA_LBLS] = {
     EM_TOT_MPS_FILT_FLOW, EM_TOT_MPS_SEC_DIL_FLOW, EM_TOT_MPS_PROB_DIL_FLOW, EM_SYNC_CHAN,
@@ -31,7 +29,7 @@ struct Volume {
     Volume(const FLOGER_DATA_INFO& flow, const FLOGER_DATA_INFO& time)
         : value(printable(
               integrate(flow.data_ptr, flow.units, flow.num_samples, time.data_ptr, time.units))) {
-        copyn(kModule, units, flow.units);
+        copyn(units, flow.units);
         cut_rate_units(units);
     }
 };
@@ -39,17 +37,15 @@ struct Volume {
 }  // namespace
 
 void write_filter_data(double barometer, double floger_cycle_time) {
-    const File file(open_output(kModule, FILTER_DATA));
+    const File file(open_output<FILTER_DATA_IS_ANOTHER>(FILTER_DATA_FILE));
     if (file == nullptr) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
-                  "Could not open file %s, errno=%s No filter information will be written",
-                  Filter_data_filename, strerror(errno));
+        LOG(FILTER_DATA_NOT_OPENED, Filter_data_filename, strerror(errno));
         return;
     }
     FLOGER_DATA_INFO get_list[NUM_FD_DATA_LBLS] = {};
     for (int i = 0; i < NUM_FD_DATA_LBLS; ++i) {
         const short position = find_logged_channel(Tr_em_data_chans[kLabelRows[i]]);
-        if (position >= 0) ask_for_channel(kModule, get_list[i], position);
+        if (position >= 0) ask_for_channel(get_list[i], position);
     }
     const short sync_column = get_list[FD_SYNC_CHAN].column_index;
     const FLOGER_DATA_INFO& time = get_list[FD_TIME_CHAN];

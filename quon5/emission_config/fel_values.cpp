@@ -58,11 +58,6 @@ constexpr CYCLE_KEYCODE fel_ci_spec_cycle[kNumCycleRows][2] = {FEL_CYCLE_ROWS(QU
 #undef QUON5_KEYWORD
 #undef QUON5_CODES
 
-// Version of the test specification from which on the limits stand with the cycles.
-bool limits_by_cycle() {
-    return Version_cvsci > 3;
-}
-
 // `keys` are those of the run's map or cycle, `codes` the limit's two columns of them.
 template <class KEYCODE>
 void write_line(const char* fel_keyword, const KEYCODE (&codes)[2], const CI_MEMBER* keys,
@@ -74,25 +69,22 @@ void write_line(const char* fel_keyword, const KEYCODE (&codes)[2], const CI_MEM
             keys[codes[1]].value);
 }
 
-void write_map_value(BLOCK_WALK& walk) {
+void write_map_values(Block& block) {
     const CVS_CI& ci = Customer_input;
     const short map = find_name(ci.maps, ci.num_maps, Map);
-    if (map < 0) return;
-    write_line(fel_keywds_map[walk.index], fel_ci_spec_map[walk.index], ci.map_keys[map],
-               walk.write_keywd, walk.keyword);
+    for (short i = 0; i < MAX_NUM_FEL_SPECIES_MAP && map >= 0; ++i) {
+        write_line(fel_keywds_map[i], fel_ci_spec_map[i], ci.map_keys[map], *block.write_keywd(),
+                   block.keyword());
+    }
 }
 
 }  // namespace
 
-short num_fel_values() {
-    return limits_by_cycle() ? kNumCycleRows : static_cast<short>(MAX_NUM_FEL_SPECIES_MAP);
-}
-
-void write_fel_value(BLOCK_WALK& walk) {
-    if (limits_by_cycle()) {
-        fel_cycles(walk.index, &walk.write_keywd, walk.keyword);
-    } else {
-        write_map_value(walk);
+// From version 4 of the test specification on the limits stand with the cycles.
+void write_fel_values(Block& block) {
+    if (Version_cvsci <= 3) return write_map_values(block);
+    for (short i = 0; i < kNumCycleRows; ++i) {
+        fel_cycles(i, block.write_keywd(), block.keyword());
     }
 }
 

@@ -2,15 +2,16 @@
 #ifndef QUON5_EMISSION_CONFIG_OPTION_BLOCKS_H
 #define QUON5_EMISSION_CONFIG_OPTION_BLOCKS_H
 
-#include "quon5/emission_config/block_walk.h"
+#include "quon5/emission_config/block.h"
 
-void write_prop_sample(BLOCK_WALK& walk);          // index: PROP_SMPLS
-void write_mps_id(BLOCK_WALK& walk);               // one index
-void write_statistical_channel(BLOCK_WALK& walk);  // index: entry of Emis_data.stat_chans
-void write_leak_test(BLOCK_WALK& walk);            // index: LEAK_TRAINS; then the FTIR trains
-void write_nox_correction(BLOCK_WALK& walk);       // one index
-void write_pm_system_info(BLOCK_WALK& walk);       // one index per system
-void write_chem_balance(BLOCK_WALK& walk);         // one index: bench, then FTIR options
-void write_exhaust_flow(BLOCK_WALK& walk);         // one index
+// Each writes the entry lines of its block, if there are any.
+void write_prop_samples(Block& block);
+void write_mps_id(Block& block);
+void write_statistical_channels(Block& block);  // computes the statistics first
+void write_leak_tests(Block& block);            // bench and cart, then the FTIR trains
+void write_nox_correction(Block& block);
+void write_pm_system_info(Block& block);
+void write_chem_balance(Block& block);  // bench, then FTIR options
+void write_exhaust_flow(Block& block);
 
 #endif

@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr char kModule[] = "proc_stat_chans";
 constexpr int kMaxPositions = 101;  // the time channel and 100 statistical channels
 
 struct FetchList {
@@ -21,12 +20,12 @@ struct FetchList {
     void add(const char* label, const char* keyword) {
         const short position = label[0] == '\0' ? short{-1} : find_logged_channel(label);
         if (position < 0) return;
-        ask_for_channel(kModule, entry[count], position);
+        ask_for_channel(entry[count], position);
         STAT_CHANS& channel = Emis_data.stat_chans[std::max(count - 1, 0)];
         channel.active = 1;
-        copyn(kModule, channel.label, label);
-        copyn(kModule, channel.keywd, keyword);
-        copyn(kModule, channel.units, entry[count].units);
+        copyn(channel.label, label);
+        copyn(channel.keywd, keyword);
+        copyn(channel.units, entry[count].units);
         ++count;
     }
 };

@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr char kModule[] = "proc_choices";
-
 const char* pam_keyword_of(const char* species) {
     const short index = string_to_indexN(species, SPECIES_MAP);
     return index >= 0 ? Em_species_map[index] : species;
@@ -20,19 +18,16 @@ void process_choices(EMIS_ENTRIES emis_ndx, const char* emis_keywd, const char* 
                      const char* method, const char* pam_species_bkgnd) {
     const short species = string_to_indexN(emis_keywd, SPECIES_MAP);
     if (species < 0) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                  "Emission keyword <%s> was not found in the index map\n   line number=%d   "
-                  "file=%s",
-                  emis_keywd, Spec_file_line_count, Em_cart_filename);
+        LOG(UNKNOWN_CHOICE_SPECIES, emis_keywd, Spec_file_line_count, Em_cart_filename);
         return;
     }
     MEASURE_CHOICES& choice = Emis_data.choices[emis_ndx - SUMMARY_DATABASE_CHOICES][species];
     choice.active = 1;
-    copyn(kModule, choice.emis_keywd, emis_keywd);
+    copyn(choice.emis_keywd, emis_keywd);
     if (pam_species[0] == '\0') return;
-    copyn(kModule, choice.keywd_sampl, pam_keyword_of(pam_species));
-    copyn(kModule, choice.method, method);
+    copyn(choice.keywd_sampl, pam_keyword_of(pam_species));
+    copyn(choice.method, method);
     if (pam_species_bkgnd[0] != '\0') {
-        copyn(kModule, choice.keywd_bkgrd, pam_keyword_of(pam_species_bkgnd));
+        copyn(choice.keywd_bkgrd, pam_keyword_of(pam_species_bkgnd));
     }
 }

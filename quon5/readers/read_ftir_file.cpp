@@ -7,16 +7,15 @@
 #include "base/zero_record.h"
 #include "quon5/process_records.h"
 #include "quon5/readers/chk_kw_n_specs.h"
-#include "quon5/readers/ftir_keywords.h"
 #include "quon5/readers/proc_ftir_chem_bal.h"
 #include "quon5/readers/section.h"
+#include "quon5/spec_channels.h"
 #include "runtime/error_log.h"
 #include "runtime/index_map.h"
 #include "runtime/string_operations.h"
 
 namespace {
 
-constexpr char kModule[] = "read_ftir_file";
 constexpr int kMaxLines = NUM_FTIR_CHANS;  // data lines of a section
 constexpr short kFirstLeakChannel = 6;     // token at which the channel list begins
 
@@ -26,27 +25,28 @@ constexpr FTIR_CHANS_INDICIES kForeignDeskewChannels[] = {
     CVS_CW_CO_MEA,  CVS_CW_HC_MEA, CVS_CW_NO_MEA, CVS_CW_NOX_MEA, EXH_CW_HC_MEA,
 };
 
-// What a kind of section says of an entry that fails the entry test.
+// The messages of a kind of section for an entry that fails the entry test.
 struct EntryMessages {
-    const char* invalid_keyword;
-    const char* invalid_extension;
+    MESSAGE_NAME unknown_channel;
+    MESSAGE_NAME bad_extension;
 };
-constexpr EntryMessages kDeskewMessages = {
-    "Entry ignored-FTIR Deskew time chan = <%s> in file <%s> at line=%d is invalid",
-    "Entry ignored - FTIR Deskew time chan - An invalid PAM_keyword extension has been used for - "
-    "<%s> in file <%s> at line=%d"};
-constexpr EntryMessages kChannelMessages = {
-    "Entry ignored-FTIR keywd = <%s> in file <%s> at line=%d is invalid",
-    "Entry ignored - FTIR keywd - An invalid PAM_keyword extension has been used for - <%s> in "
-    "file <%s> at line=%d"};
-constexpr EntryMessages kLeakTestMessages = {
-    "Entry ignored-LEAK TEST keywd = <%s> in file <%s> at line=%d is invalid",
-    "Entry ignored - LEAK TEST keywd - An invalid PAM_keyword extension has been used for - <%s> "
-    "in file <%s> at line=%d"};
+constexpr EntryMessages kDeskew = {UNKNOWN_FTIR_DESKEW_CHANNEL, BAD_FTIR_DESKEW_EXTENSION};
+constexpr EntryMessages kChannel = {UNKNOWN_FTIR_CHANNEL, BAD_FTIR_EXTENSION};
+constexpr EntryMessages kLeakTest = {UNKNOWN_FTIR_LEAK_CHANNEL, BAD_FTIR_LEAK_EXTENSION};
 
 bool is_foreign_deskew_channel(short channel) {
     for (const FTIR_CHANS_INDICIES foreign : kForeignDeskewChannels) {
         if (channel == foreign) return true;
+    }
+    return false;
+}
+
+// Whether one of the channels has this PAM keyword, in upper case.
+bool contains(SpecChannels channels, const char* keyword) {
+    for (const CI_CHANNEL& channel : channels) {
+        char upper[80];
+        copyn(upper, channel.pam_keyword);
+        if (std::strcmp(strupr(upper), keyword) == 0) return true;
     }
     return false;
 }
@@ -80,33 +80,31 @@ class FtirReader {
         for (const Section& section : kSections) {
             if (section.entry == entry) return (this->*section.read)(section.entry);
         }
-        report(REPORT_ERROR, "The keyword <%s> is not a valid FTIR keywd in file <%s> at line <%d>",
-               token[0]);
+        report<UNKNOWN_FTIR_SECTION>(token[0]);
         return get_next_line(file_, line_);
     }
 
-    void report(REPORT_MODE mode, const char* message, const char* text) const {
-        log_error(kModule, __LINE__, mode, CODE_BAD_ENTRY, message, text, filename_,
-                  Spec_file_line_count);
+    template <MESSAGE_NAME Ignored>
+    void report(const char* text) const {
+        LOG(Ignored, text, filename_, Spec_file_line_count);
     }
 
     // The entry test: is `keyword` an FTIR channel, with a valid extension if any, of the test
     // specification? All but the last failure are logged.
-    bool accepts(const char* keyword, const EntryMessages& messages) const {
+    template <EntryMessages Texts>
+    bool accepts(const char* keyword) const {
         const short channel = string_to_indexN(trim_keyword(keyword), FTIR_CHANS_MAP);
         if (channel < 0) {
-            report(REPORT_ERROR, messages.invalid_keyword, keyword);
+            report<Texts.unknown_channel>(keyword);
             return false;
         }
         if (std::strchr(keyword, '@') != nullptr && valid_keywd_extension(keyword) != 1) {
-            report(REPORT_WARNING, messages.invalid_extension, keyword);
+            report<Texts.bad_extension>(keyword);
             return false;
         }
-        if (&messages == &kDeskewMessages && is_foreign_deskew_channel(channel)) {
-            log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                      "Entry ignored-Deskew time chan for <%s> should be in the bench or pmcart "
-                      "data file",
-                      keyword);
+        if (Texts.unknown_channel == kDeskew.unknown_channel &&
+            is_foreign_deskew_channel(channel)) {
+            LOG(FOREIGN_DESKEW_CHANNEL, keyword);
             return false;
         }
         return chk_pkw_in_cvsci_specs(keyword) == 1;
@@ -114,13 +112,13 @@ class FtirReader {
 
     // Hands the tokens of the data lines of a section whose token `keyword_at` passes the entry
     // test to `store`, of kMaxLines lines at most.
-    template <class Store>
-    short read_entries(int keyword_at, const EntryMessages& messages, Store store) {
+    template <EntryMessages Texts, class Store>
+    short read_entries(int keyword_at, Store store) {
         int lines = 0;
         const short status = get_next_line(file_, line_);
         return walk_section(file_, line_, status, [&](const char* text) {
             const LineTokens token(text);
-            if (accepts(token[keyword_at], messages)) store(token);
+            if (accepts<Texts>(token[keyword_at])) store(token);
             return ++lines < kMaxLines;
         });
     }
@@ -130,9 +128,7 @@ class FtirReader {
     bool has_room(short count, bool& reported) const {
         if (count < NUM_FTIR_CHANS) return true;
         if (!reported) {
-            log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                      "Entry ignored-more than %d entries in file <%s> at line=%d", NUM_FTIR_CHANS,
-                      filename_, Spec_file_line_count);
+            LOG(TOO_MANY_FTIR_ENTRIES, NUM_FTIR_CHANS, filename_, Spec_file_line_count);
         }
         reported = true;
         return false;
@@ -140,32 +136,31 @@ class FtirReader {
 
     short read_deskew_times(EMIS_ENTRIES /*entry*/) {
         bool reported = false;
-        return read_entries(0, kDeskewMessages, [&](const LineTokens& token) {
+        return read_entries<kDeskew>(0, [&](const LineTokens& token) {
             if (!has_room(Ftir.num_deskew_chans, reported)) return;
             const char* end = nullptr;
             const double time = leading_number(token[1], &end);
             if (*end != '\0') {
-                report(REPORT_ERROR, "Deskew time = <%s> in file <%s> at line %d is invalid",
-                       token[1]);
+                report<BAD_FTIR_DESKEW_TIME>(token[1]);
                 return;
             }
             FTIR_DESKEW& deskew = Ftir.deskew[Ftir.num_deskew_chans++];
-            copyn(kModule, deskew.pam_keywd, token[0]);
+            copyn(deskew.pam_keywd, token[0]);
             deskew.dvalue = time;
-            copyn(kModule, deskew.value_str, token[1]);
-            copyn(kModule, deskew.units, token[2]);
+            copyn(deskew.value_str, token[1]);
+            copyn(deskew.units, token[2]);
         });
     }
 
     short read_detection_methods(EMIS_ENTRIES /*entry*/) {
         bool reported = false;
-        return read_entries(0, kChannelMessages, [&](const LineTokens& token) {
+        return read_entries<kChannel>(0, [&](const LineTokens& token) {
             if (!has_room(Ftir.num_det_method_chans, reported)) return;
             FTIR_CONT_DET_METHOD& method = Ftir.det_method[Ftir.num_det_method_chans++];
             method.active = 1;
-            copyn(kModule, method.keywd, token[0]);
-            copyn(kModule, method.method, token[1]);
-            copyn(kModule, method.recipe, token[2]);
+            copyn(method.keywd, token[0]);
+            copyn(method.method, token[1]);
+            copyn(method.recipe, token[2]);
             for (int i = 3; i < token.count(); ++i) {
                 const std::size_t length = std::strlen(method.recipe);
                 snprintf(method.recipe + length, sizeof method.recipe - length, " %s", token[i]);
@@ -178,23 +173,23 @@ class FtirReader {
         FTIR_GENERIC& generic = Ftir.emKeywd[entry];
         generic.active = 0;
         generic.num_ftir_chans = 0;
-        return read_entries(0, kChannelMessages, [&](const LineTokens& token) {
+        return read_entries<kChannel>(0, [&](const LineTokens& token) {
             generic.active = 1;
             FTIR_MEMBER& channel = generic.ftirChn[generic.num_ftir_chans++];
             channel.active = 1;
-            copyn(kModule, channel.keywd, token[0]);
-            copyn(kModule, channel.value, token[1]);
-            copyn(kModule, channel.units, token[2]);
+            copyn(channel.keywd, token[0]);
+            copyn(channel.value, token[1]);
+            copyn(channel.units, token[2]);
         });
     }
 
     short read_primary_choices(EMIS_ENTRIES /*entry*/) {
         bool reported = false;
-        return read_entries(1, kChannelMessages, [&](const LineTokens& /*token*/) {
+        return read_entries<kChannel>(1, [&](const LineTokens& /*token*/) {
             if (!has_room(Ftir.num_prim_chans, reported)) return;
             CHOICES_PRIMARY& choice = Ftir.primary[Ftir.num_prim_chans++];
             choice.active = 1;
-            copyn(kModule, choice.choices, line_);
+            copyn(choice.choices, line_);
         });
     }
 
@@ -210,17 +205,17 @@ class FtirReader {
     void store_leak_test(LEAK_TEST_FTIR& test, const char* text) const {
         const TOKENS<75> token(text);
         test.active = 1;
-        fill_leak_test(kModule, test, token);
-        copyn(kModule, test.leak_units, token[5]);
+        fill_leak_test(test, token);
+        copyn(test.leak_units, token[5]);
         int end = token.count();
         const char* const last = token[end > 0 ? end - 1 : 0];
         const bool dated = std::strchr(last, ':') != nullptr;
         if (dated) --end;
         for (int i = kFirstLeakChannel; i < end; ++i) {
-            if (!accepts(token[i], kLeakTestMessages)) continue;
-            copyn(kModule, test.sample_train_channels[test.num_samp_train_chans++], token[i]);
+            if (!accepts<kLeakTest>(token[i])) continue;
+            copyn(test.sample_train_channels[test.num_samp_train_chans++], token[i]);
         }
-        if (dated) copyn(kModule, test.flo_keywds_date, last);
+        if (dated) copyn(test.flo_keywds_date, last);
     }
 
     short read_chem_balance(EMIS_ENTRIES /*entry*/) {
@@ -250,25 +245,58 @@ const FtirReader::Section FtirReader::kSections[12] = {
     {CHEMICAL_BALANCE_OPTIONS, &FtirReader::read_chem_balance},
 };
 
+// Associates names with their rows. A process that has read a test before has them already.
+template <class Name>
+void associate_rows(const Name* names, short count, short map) {
+    if (string_to_indexN(names[count - 1], map) == count - 1) return;
+    for (short i = 0; i < count; ++i) string_associate_indexN(names[i], i, map);
+}
+
 }  // namespace
 
 void read_ftir_file(const char* filename) {
-    for (short i = 0; i < NUM_FTIR_CHANS; ++i) {
-        string_associate_indexN(FTIR_chans[i], i, FTIR_CHANS_MAP);
-    }
-    for (short i = 0; i < NUM_EMIS_ENTRIES; ++i) {
-        string_associate_indexN(Keywords[i], i, KEYWORDS_MAP);
-    }
-    static bool touched;
-    zero_record(Ftir, touched);
+    associate_rows(FTIR_chans, NUM_FTIR_CHANS, FTIR_CHANS_MAP);
+    associate_rows(Keywords, NUM_EMIS_ENTRIES, KEYWORDS_MAP);
+    zero_static_record(Ftir);
     FILE* file = open_for_reading(filename);
     if (file == nullptr) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
-                  "Could not open file %s No data will be available from FTIR cart", filename);
+        LOG(FTIR_NOT_OPENED, filename);
         return;
     }
     const SAVED_LINE_COUNT bench_line;
     Spec_file_line_count = 0;
     FtirReader(file, filename).read();
     fclose(file);
+}
+
+short valid_keywd_extension(const char* token) {
+    constexpr const char* kLetterForms[] = {"L", "R", "F", "LF", "LR", "LM", "RF", "RR", "RM"};
+    const TOKENS<2> parts(token, "@", 1);
+    const char* const extension = parts[1];
+    for (const char* form : kLetterForms) {
+        if (std::strcmp(extension, form) == 0) return 1;
+    }
+    const long number = leading_integer(extension);
+    return number >= 1 && number <= 99 ? short{1} : short{0};
+}
+
+char* trim_keyword(const char* token) {
+    static char name[80];
+    copyn(name, token);
+    char* const at = std::strchr(name[0] == '@' ? name + 1 : name, '@');
+    if (at != nullptr) *at = '\0';
+    return name;
+}
+
+short chk_pkw_in_cvsci_specs(const char* ftir_kw) {
+    const CVS_CI& ci = Customer_input;
+    bool found = contains(data_channels(ci), ftir_kw);
+    for (short g = 0; g < ci.num_chn_groups && !found; ++g) {
+        found = contains(group_channels(ci, g), ftir_kw);
+    }
+    found = found || contains(ecm_channels(ci), ftir_kw);
+    for (short s = 0; s < ci.num_subsystems && !found; ++s) {
+        found = contains(subsystem_group_channels(ci, s), ftir_kw);
+    }
+    return found ? short{1} : short{0};
 }

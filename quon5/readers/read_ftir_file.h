@@ -1,4 +1,5 @@
-// The FTIR file.
+// The FTIR file, and the PAM keywords of FTIR channels: a channel name, and perhaps an '@' and an
+// extension.
 #ifndef QUON5_READERS_READ_FTIR_FILE_H
 #define QUON5_READERS_READ_FTIR_FILE_H
 
@@ -7,5 +8,13 @@
 // when its channel is an FTIR channel with a valid extension and belongs to the test
 // specification. Problems are logged.
 void read_ftir_file(const char* filename);
+
+// 1 when the text after the first '@' of `token` is a valid extension: one of the letter forms L R
+// F LF LR LM RF RR RM, or a text whose leading integer is 1 to 99. Else 0.
+short valid_keywd_extension(const char* token);
+
+// The channel name of `token`: its text before the '@' (a leading '@' stays). The result stands
+// until the next call.
+char* trim_keyword(const char* token);
 
 #endif

@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr char kModule[] = "read_pcd_file";
 constexpr std::size_t kIdentifierSize = 32;  // of identifiers, although their fields are wider
 
 // Each stores one data line of the section of `pcd_index`.
@@ -21,42 +20,37 @@ void store_deskew(short /*pcd_index*/, const char* line) {
     const LineTokens token(line);
     const short species = string_to_indexN(token[0], SPECIES_MAP);
     if (species < 0) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED,
-                  "Unknown species=<%s> found at line %d in file %s, entry is ignored", token[0],
-                  Spec_file_line_count, Pm_cart_filename);
+        LOG(UNKNOWN_CART_SPECIES, token[0], Spec_file_line_count, Pm_cart_filename);
         return;
     }
     EMIS_MEMBER& member = Emis_data.member[DESKEW_TIMES][species];
     member.active = active_by_value(token[1]);
-    copyn(kModule, member.keywd, token[0]);
-    copyn(kModule, member.emis_keywd, token[0]);
-    if (token.count() > 1) copyn(kModule, member.value, token[1]);
-    if (token.count() > 2) copyn(kModule, member.units, token[2]);
+    copyn(member.keywd, token[0]);
+    copyn(member.emis_keywd, token[0]);
+    if (token.count() > 1) copyn(member.value, token[1]);
+    if (token.count() > 2) copyn(member.units, token[2]);
 }
 
 void store_prop_sample(short pcd_index, const char* line) {
     const LineTokens token(line);
     PROP_SMPL& sample = Emis_data.prop_smpl[pcd_index];
     sample.active = 1;
-    copyn(kModule, sample.samp_name, token[0]);
-    copyn(kModule, sample.train_name, token[1]);
-    copyn(kModule, sample.keywd, token[2]);
+    copyn(sample.samp_name, token[0]);
+    copyn(sample.train_name, token[1]);
+    copyn(sample.keywd, token[2]);
 }
 
 void store_leak_test(short pcd_index, const char* line) {
     const LineTokens token(line);
     if (token.count() < 5 || token.count() > 7) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                  "Expected 5, 6, or 7, got %d, items for leak PM sample MPS, in file %s at line "
-                  "number %d, item ignored",
-                  token.count(), Pm_cart_filename, Spec_file_line_count);
+        LOG(BAD_CART_LEAK_TEST, token.count(), Pm_cart_filename, Spec_file_line_count);
         return;
     }
     LEAK_TEST& test = Emis_data.leak[pcd_index];
     test.active = active_by_value(token[2]);
-    fill_leak_test(kModule, test, token);
-    if (token.count() > 5) copyn(kModule, test.leak_units, token[5]);
-    if (token.count() > 6) copyn(kModule, test.date, token[6]);
+    fill_leak_test(test, token);
+    if (token.count() > 5) copyn(test.leak_units, token[5]);
+    if (token.count() > 6) copyn(test.date, token[6]);
 }
 
 void store_system_info(short pcd_index, const char* line) {
@@ -64,27 +58,24 @@ void store_system_info(short pcd_index, const char* line) {
     PM_SYS_INFO& info = Emis_data.pm_info[pcd_index - MPS_INFO_PM];
     switch (string_to_indexN(token[0], PM_INFO_MAP)) {
         case PMF_ID:
-            copyn(kModule, __LINE__, info.pmf_id, token[1], kIdentifierSize);
+            copyn(info.pmf_id, token[1], kIdentifierSize);
             break;
         case PMS_ID:
-            copyn(kModule, __LINE__, info.pms_id, token[1], kIdentifierSize);
+            copyn(info.pms_id, token[1], kIdentifierSize);
             break;
         case PMS_CONF:
             info.pms_conf = leading_short(token[1]);
             break;
         case PMS_SAMPLE_LOC:
-            copyn(kModule, __LINE__, info.pms_sample_loc, token[1], kIdentifierSize);
+            copyn(info.pms_sample_loc, token[1], kIdentifierSize);
             break;
         default:
-            log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                      "Unknown entry=%s found in pm cart file it will be ignored", line);
+            LOG(UNKNOWN_CART_ITEM, line);
     }
 }
 
 void report_unexpected(short pcd_index, const char* /*line*/) {
-    log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_INDEX,
-              "Unexpected pcd file index = <%d> foundSome particulate cart data may be missing ",
-              pcd_index);
+    LOG(UNEXPECTED_CART_INDEX, pcd_index);
 }
 
 using StoreLine = void (*)(short pcd_index, const char* line);
@@ -106,35 +97,30 @@ StoreLine handler_of(short pcd_index) {
     return report_unexpected;
 }
 
-// The particulate cart file, opened by the first call that can.
-FILE* cart_file() {
-    static FILE* file = nullptr;
-    if (file == nullptr) file = open_for_reading(Pm_cart_filename);
-    return file;
-}
+FILE* Cart_file;  // the particulate cart file, opened by the first call that can
 
 }  // namespace
 
 void read_pcd_file(short pcd_index) {
     if (std::strcmp(Pm_cart_filename, "NoPM_Available") == 0) return;
-    FILE* file = cart_file();
-    if (file == nullptr) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_NOT_OPENED,
-                  "Could not open file %s No data will be available from particulate cart",
-                  Pm_cart_filename);
+    if (Cart_file == nullptr) Cart_file = open_for_reading(Pm_cart_filename);
+    if (Cart_file == nullptr) {
+        LOG(CART_NOT_OPENED, Pm_cart_filename);
         return;
     }
     const char* keyword = index_to_stringN(pcd_index, PM_CART_MAP);
     if (keyword == nullptr) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                  "Could not convert index <%d> to a pm cart keyword Some data will be "
-                  "unavailable from particulate cart",
-                  pcd_index);
+        LOG(UNKNOWN_CART_INDEX, pcd_index);
         return;
     }
     TextLine line;
     const StoreLine store = handler_of(pcd_index);
-    const short status = get_1st_line(file, line, keyword);
+    const short status = get_1st_line(Cart_file, line, keyword);
     if (status <= 0) return;
-    walk_section(file, line, status, [&](const char* text) { store(pcd_index, text); });
+    walk_section(Cart_file, line, status, [&](const char* text) { store(pcd_index, text); });
+}
+
+void close_cart_file() {
+    if (Cart_file != nullptr) fclose(Cart_file);
+    Cart_file = nullptr;
 }

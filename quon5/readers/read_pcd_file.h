@@ -8,4 +8,7 @@
 // logged; the file stays open for later calls.
 void read_pcd_file(short pcd_index);
 
+// Closes the particulate cart file, which otherwise stays open for the next call.
+void close_cart_file();
+
 #endif

@@ -24,12 +24,12 @@ class SAVED_LINE_COUNT {
 // The fields that begin every leak test line, whichever file it stands in: train, train number,
 // flow value and units, leak value. Missing ones are empty.
 template <class LeakTest, class Tokens>
-void fill_leak_test(const char* module, LeakTest& test, const Tokens& token) {
-    copyn(module, test.train, token[0]);
-    copyn(module, test.train_num, token[1]);
-    copyn(module, test.flow_value, token[2]);
-    copyn(module, test.flow_units, token[3]);
-    copyn(module, test.leak_value, token[4]);
+void fill_leak_test(LeakTest& test, const Tokens& token) {
+    copyn(test.train, token[0]);
+    copyn(test.train_num, token[1]);
+    copyn(test.flow_value, token[2]);
+    copyn(test.flow_units, token[3]);
+    copyn(test.leak_value, token[4]);
 }
 
 #endif

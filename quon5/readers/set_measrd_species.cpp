@@ -3,14 +3,13 @@
 #include <cstring>
 
 #include "quon5/process_records.h"
+#include "quon5/readers/get_wet_dry_info.h"
 #include "quon5/readers/section.h"
 #include "runtime/error_log.h"
 #include "runtime/index_map.h"
 #include "runtime/string_operations.h"
 
 namespace {
-
-constexpr char kModule[] = "set_measrd_species";
 
 // Mappings that hold unless the file says otherwise.
 constexpr struct {
@@ -26,18 +25,20 @@ constexpr struct {
 // Gives a long-form tag the index `next`. False, logged, when it cannot have it.
 bool add_long_form(const char* tag, short next) {
     if (check_keyword(tag, CHANNEL_KEYWORD) != 0) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_BAD_ENTRY,
-                  "A non-short form species must be a valid PAM keyword,- <%s> is not a valid PAM "
-                  "keyword",
-                  tag);
+        LOG(TAG_NOT_IN_KEYWORD_MEMORY, tag);
         return false;
     }
     if (next >= NUM_SPECIES_ROWS || string_associate_indexN(tag, next, SPECIES_MAP) != 0) {
-        log_error(kModule, __LINE__, REPORT_ERROR, CODE_FAILED,
-                  "Could not associate an index with species <%s>", tag);
+        LOG(SPECIES_NOT_ASSOCIATED, tag);
         return false;
     }
     return true;
+}
+
+WET_DRY_MEA basis_of(const char* pam_keyword) {
+    if (std::strstr(pam_keyword, "_CD_") != nullptr) return DRY_MEA;
+    if (std::strstr(pam_keyword, "_CW_") != nullptr) return WET_MEA;
+    return WET_DRY_MEA{};
 }
 
 }  // namespace
@@ -45,7 +46,7 @@ bool add_long_form(const char* tag, short next) {
 void set_measrd_species(FILE* em_cart_ptr, EM_CHAN_INFO* em_cart_info) {
     std::memset(Species_measrd, 0, sizeof Species_measrd);
     for (const auto& entry : kDefaults) {
-        copyn(kModule, Em_species_map[entry.species], entry.pam_keyword);
+        copyn(Em_species_map[entry.species], entry.pam_keyword);
     }
     TextLine line;
     short next = NUM_EMIS_SPECIES;
@@ -55,14 +56,20 @@ void set_measrd_species(FILE* em_cart_ptr, EM_CHAN_INFO* em_cart_info) {
             short i = string_to_indexN(token[0], SPECIES_MAP);
             if (i < 0) {
                 if (!add_long_form(token[0], next)) return;
-                copyn(kModule, em_cart_info[next].pam_keyword, token[1]);
+                copyn(em_cart_info[next].pam_keyword, token[1]);
                 i = next++;
             }
             Species_measrd[i] = 1;
-            copyn(kModule, Em_species_map[i], token[1]);
+            copyn(Em_species_map[i], token[1]);
         });
     if (status < 0) {
-        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                  "EOF or Keyword was not found-species may not be set");
+        LOG(NO_SPECIES_MAPPING);
+    }
+}
+
+void get_wet_dry_info(EM_CHAN_INFO* em_cart_info) {
+    for (int i = 0; i < NUM_EMIS_SPECIES; ++i) {
+        em_cart_info[i].wet_dry = basis_of(Em_species_map[i]);
+        copyn(em_cart_info[i].pam_keyword, Em_species_map[i]);
     }
 }

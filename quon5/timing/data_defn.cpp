@@ -18,7 +18,6 @@
 
 namespace {
 
-constexpr char kModule[] = "data_defn";
 constexpr char kVariableCycles[] = "@TR_EM_VARIABLE_LENGTH_REF_CYCLE_NAMES";
 
 int count_logged(SpecChannels channels) {
@@ -37,9 +36,7 @@ int count_subsystem_channels() {
     for (const CI_CHANNEL& logical : subsystem_channels(ci)) {
         short position = 0;
         if (check_label_in_logr(logical.label, &position) == 0) {
-            log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                      "Data for the subsystem variable <%s> is not logged within the loger file",
-                      logical.label);
+            LOG(SUBSYSTEM_NOT_LOGGED, logical.label);
             return n;
         }
         ++n;
@@ -68,8 +65,8 @@ struct TimingChannels {
     TimingChannels() {
         const short sync = find_last_logged_channel(Tr_em_data_chans[EM_SYNC_CHAN]);
         const short time = find_last_logged_channel(Tr_em_data_chans[EM_TIME_CHAN]);
-        if (sync >= 0) ask_for_channel(kModule, entry[SYNC], sync);
-        if (time >= 0) ask_for_channel(kModule, entry[TIME], time);
+        if (sync >= 0) ask_for_channel(entry[SYNC], sync);
+        if (time >= 0) ask_for_channel(entry[TIME], time);
     }
     int load(int from, int to) {
         return load_phase(NUM_ENTRIES, entry, entry[SYNC].column_index, from, to);
@@ -131,10 +128,7 @@ CycleEnd find_cycle_end(TimingChannels& channels, double target) {
 
 void report_count_by_time(int time_count, int num_cycle_sets, double end_time) {
     const PATH_PARTS path(Quon5_output_filename);
-    log_error(kModule, __LINE__, REPORT_INFO, CODE_INFO,
-              "Run = %s, Time based num of records = %d, \n     sync_chan based num of records = "
-              "%d, \n     floger time of ending record = %lf",
-              path.name, time_count, num_cycle_sets, end_time);
+    LOG(CYCLE_COUNTS, path.name, time_count, num_cycle_sets, end_time);
 }
 
 // The slot of the logged cycle name in the test specification, -1 when there is none.
@@ -146,10 +140,53 @@ short logged_cycle() {
     cycle[std::strcspn(cycle, "[")] = '\0';
     const short slot = find_name(Customer_input.cycles, 50, cycle);
     if (slot < 0) {
-        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                  "Could not find cycle name=<%s> in cvs_specs.dat", cycle);
+        LOG(LOGGED_CYCLE_NOT_FOUND, cycle);
     }
     return slot;
+}
+
+// Records of the phases of the test, and the duration of its cycle in the time channel's units.
+struct Phases {
+    int start;
+    int cycle;
+    int overrun;
+    double cycle_time;
+};
+
+// Counts the cycle by time: from its first record to the one nearest to the fixed cycle time.
+void count_cycle_by_time(TimingChannels& channels, int first_record, double start_time,
+                         const FLOGER_DATA_INFO* all_chans, Phases& phases) {
+    const short time_column = channels.entry[TimingChannels::TIME].column_index;
+    const double target = start_time + fixed_cycle_time(all_chans[time_column].units);
+    const CycleEnd end = find_cycle_end(channels, target);
+    if (!end.found) return LOG(NO_RECORD_AT_CYCLE_END, printable(target));
+    const int time_count = end.record - first_record + 1;
+    report_count_by_time(time_count, phases.cycle, end.time);
+    phases.overrun += phases.cycle - time_count;
+    phases.cycle = time_count;
+    phases.cycle_time = end.time - start_time;
+}
+
+Phases measure_phases(const FLOGER_DATA_INFO* all_chans) {
+    TimingChannels channels;
+    Phases phases{};
+    channels.load(PHASE_START, PHASE_CYCLE);
+    phases.start = channels.num_records();
+    const int first_record = channels.load(PHASE_CYCLE, PHASE_OVERRUN);
+    phases.cycle = channels.num_records();
+    const double start_time = channels.time(0);
+    const double end_time = channels.time(phases.cycle);
+    channels.load(PHASE_OVERRUN, PHASE_END);
+    phases.overrun = channels.num_records();
+    if (phases.cycle == 0) {
+        LOG(NO_CYCLE_RECORD);
+        return phases;
+    }
+    phases.cycle_time = end_time - start_time;
+    if (variable_cycle_time() != 1) {
+        count_cycle_by_time(channels, first_record, start_time, all_chans, phases);
+    }
+    return phases;
 }
 
 }  // namespace
@@ -157,9 +194,7 @@ short logged_cycle() {
 short variable_cycle_time() {
     FILE* orda_specs = open_for_reading(Orda_specs_filename);
     if (orda_specs == nullptr) {
-        log_error(kModule, __LINE__, REPORT_WARNING, CODE_NOT_OPENED,
-                  "Could not open file <%s> to read %s,errno=%s", Orda_specs_filename,
-                  kVariableCycles, strerror(errno));
+        LOG(VARIABLE_CYCLES_NOT_OPENED, Orda_specs_filename, strerror(errno));
         return 0;
     }
     short variable = 0;
@@ -169,9 +204,8 @@ short variable_cycle_time() {
         TextLine line;
         walk_section(orda_specs, line, kVariableCycles, [&](const char* text) {
             TextLine name;
-            copyn(kModule, name, text);
-            string_trim(name);
-            string_strip(name);
+            copyn(name, text);
+            trim(name);
             variable = std::strcmp(name, reference) == 0 ? 1 : 0;
             return variable == 0;
         });
@@ -183,39 +217,9 @@ short variable_cycle_time() {
 void data_defn(short* num_chans, int* num_strt_sets, int* num_cycle_sets, int* num_overrun_sets,
                const FLOGER_DATA_INFO* all_chans, double* floger_cycle_time) {
     *num_chans = count_channels();
-
-    TimingChannels channels;
-    channels.load(PHASE_START, PHASE_CYCLE);
-    *num_strt_sets = channels.num_records();
-    const int cycle_strt_rec_num = channels.load(PHASE_CYCLE, PHASE_OVERRUN);
-    *num_cycle_sets = channels.num_records();
-    const double start_time = channels.time(0);
-    const double end_time = channels.time(*num_cycle_sets);
-    channels.load(PHASE_OVERRUN, PHASE_END);
-    *num_overrun_sets = channels.num_records();
-
-    if (*num_cycle_sets == 0) {
-        *floger_cycle_time = 0.0;
-        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                  "No record has phase 20, the cycle time is 0.0");
-        return;
-    }
-    *floger_cycle_time = end_time - start_time;
-    if (variable_cycle_time() == 1) return;
-
-    const short time_column = channels.entry[TimingChannels::TIME].column_index;
-    const double target = start_time + fixed_cycle_time(all_chans[time_column].units);
-    const CycleEnd end = find_cycle_end(channels, target);
-    if (!end.found) {
-        log_error(kModule, __LINE__, REPORT_WARNING, CODE_BAD_ENTRY,
-                  "No record near the end of the cycle at time %lf was found, the sync channel "
-                  "gives its end",
-                  printable(target));
-        return;
-    }
-    *floger_cycle_time = end.time - start_time;
-    const int time_count = end.record - cycle_strt_rec_num + 1;
-    report_count_by_time(time_count, *num_cycle_sets, end.time);
-    *num_overrun_sets += *num_cycle_sets - time_count;
-    *num_cycle_sets = time_count;
+    const Phases phases = measure_phases(all_chans);
+    *num_strt_sets = phases.start;
+    *num_cycle_sets = phases.cycle;
+    *num_overrun_sets = phases.overrun;
+    *floger_cycle_time = phases.cycle_time;
 }

@@ -11,21 +11,16 @@
 
 namespace {
 
-constexpr char kModule[] = "get_start_time";
-constexpr char kSystemTime[] = "sys_time";
-constexpr char kTimeOfTest[] = "@QUON5_TIME_OF_TEST";
 constexpr int kStartTimeSize = 80;
 
 short copy_time_of_test(char* start_time) {
     char line[LINE_SIZE];
-    const short status = get_1st_line(Logr_data_iptr, line, kTimeOfTest);
+    const short status = get_1st_line(Logr_data_iptr, line, "@QUON5_TIME_OF_TEST");
     if (status >= 0) {
-        copyn(kModule, __LINE__, start_time, line, kStartTimeSize);
+        copyn(start_time, line, kStartTimeSize);
         return 0;
     }
-    log_error(kModule, __LINE__, REPORT_ERROR, status,
-              "Could not find keywd %s or chan %s in file %s for start of test", kTimeOfTest,
-              kSystemTime, Logr_data_filename);
+    LOG_RESULT(NO_TIME_OF_TEST, status, Logr_data_filename);
     return -1;
 }
 
@@ -45,11 +40,11 @@ short get_start_of_test(char* start_time) {
     enum { SYNC, SYS_TIME, NUM_ENTRIES };
     FLOGER_DATA_INFO get_list[NUM_ENTRIES] = {};
     const short sync = find_last_logged_channel(Tr_em_data_chans[EM_SYNC_CHAN]);
-    const short sys_time = find_last_logged_channel(kSystemTime);
+    const short sys_time = find_last_logged_channel("sys_time");
     // A channel that is the synchronisation channel is not the system time as well.
     if (sys_time < 0 || sys_time == sync) return copy_time_of_test(start_time);
-    if (sync >= 0) ask_for_channel(kModule, get_list[SYNC], sync);
-    ask_for_channel(kModule, get_list[SYS_TIME], sys_time);
+    if (sync >= 0) ask_for_channel(get_list[SYNC], sync);
+    ask_for_channel(get_list[SYS_TIME], sys_time);
 
     const short sync_column = get_list[SYNC].column_index;
     load_phase(NUM_ENTRIES, get_list, sync_column, PHASE_START, PHASE_START);
@@ -60,7 +55,6 @@ short get_start_of_test(char* start_time) {
         format_local_time(get_list[SYS_TIME].data_ptr[0], start_time)) {
         return 0;
     }
-    log_error(kModule, __LINE__, REPORT_WARNING, CODE_FAILED,
-              "Could not get value of %s from floger file %s", kSystemTime, Logr_data_filename);
+    LOG(NO_SYSTEM_TIME, Logr_data_filename);
     return -1;
 }

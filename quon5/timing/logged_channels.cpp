@@ -22,8 +22,12 @@ std::unordered_map<std::string_view, Positions>& label_index() {
 
 }  // namespace
 
-void index_logged_channels() {
+void clear_logged_channels() {
     label_index().clear();
+}
+
+void index_logged_channels() {
+    clear_logged_channels();
     const auto num_channels = static_cast<short>(All_chans[0].num_channels);
     for (short i = 0; i < num_channels; ++i) {
         label_index().try_emplace(All_chans[i].chan_name, Positions{i, i}).first->second.last = i;
@@ -45,11 +49,11 @@ short check_label_in_logr(const char* label, short* flogr_indx) {
     return *flogr_indx < 0 ? short{0} : short{1};
 }
 
-void ask_for_channel(const char* module, FLOGER_DATA_INFO& entry, short position) {
+void ask_for_channel(FLOGER_DATA_INFO& entry, short position) {
     const FLOGER_DATA_INFO& channel = All_chans[position];
     entry.column_index = channel.column_index;
-    copyn(module, entry.chan_name, channel.chan_name);
-    copyn(module, entry.units, channel.units);
+    copyn(entry.chan_name, channel.chan_name);
+    copyn(entry.units, channel.units);
 }
 
 FLOGER_SRCH_INFO sync_condition(short sync_column, int phase) {

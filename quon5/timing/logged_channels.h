@@ -15,6 +15,9 @@ enum SYNC_PHASES : int {
 // Indexes the labels of All_chans; called once their final names stand, before any look-up.
 void index_logged_channels();
 
+// Forgets the index.
+void clear_logged_channels();
+
 // The position of the first, or the last, logged channel with exactly this label in All_chans; -1
 // when there is none.
 short find_logged_channel(const char* label);
@@ -24,9 +27,8 @@ short find_last_logged_channel(const char* label);
 // and returns 0.
 short check_label_in_logr(const char* label, short* flogr_indx);
 
-// Makes `entry` of a get list ask for the logged channel at `position` of All_chans. `module` names
-// the caller.
-void ask_for_channel(const char* module, FLOGER_DATA_INFO& entry, short position);
+// Makes `entry` of a get list ask for the logged channel at `position` of All_chans.
+void ask_for_channel(FLOGER_DATA_INFO& entry, short position);
 
 // The condition `sync == phase` on the synchronisation channel in `sync_column`.
 FLOGER_SRCH_INFO sync_condition(short sync_column, int phase);

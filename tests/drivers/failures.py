@@ -1,41 +1,38 @@
 #!/usr/bin/env python3
-"""Steps that fail, and memory that is not to be had: the task says so and ends.
+"""A log that breaks off, and memory that is not to be had: the task says so and ends.
 
-    failures.py program simulator failing_steps quon5_faults sanitized
+    failures.py program simulator quon5_faults sanitized
 
-`failing_steps` is the task with steps that fail, `quon5_faults` the task with calls that fail on
-demand; `sanitized` is 1 for a build with sanitizers.
+`quon5_faults` is the task with calls that fail on demand; `sanitized` is 1 for a build with
+sanitizers.
 """
 
-import re
+import itertools
 import resource
 import sys
 
 from cell import Cell, simulated
 
-BUFFER = "init mode=65 code=30000 Could not set IO buffer size for Quon5 output file"
-STEPS = {"1": "Errors generating the integer codes for quon5 file-Task is exiting",
-         "2": ".*std::bad_alloc.*, exiting"}
 BROKEN_LOG = ("get_logr_data_mem mode=65 code=-1 Could not read all of file logr_data.42, "
               "errno=Input/output error, exiting")
+NO_MORE = "quon5 mode=65 code=-1 Not enough memory (std::bad_alloc), exiting"
 NO_MEMORY = ("get_logr_data_mem mode=65 code=-1 Not enough memory for the records of logr_data.42, "
              "none is loaded")
 
 
-def failed_steps(program, files):
-    for step, text in STEPS.items():
-        cell = Cell(program, files, {"step": step})
-        status, expected = cell.run(), [BUFFER, "quon5 mode=65 code=-1 " + text]
-        if status != 1 or not re.fullmatch("\n".join(expected), "\n".join(cell.entries())):
-            yield f"step {step}: status {status}, {cell.entries()}"
-
-
-def broken_log(program, files):
-    """A logger data file that cannot be read where it is mapped."""
-    cell = Cell(program, files)
-    status = cell.run({"FAULT": "mappedread:1:once"})
-    if status != 1 or cell.entries() != [BROKEN_LOG]:
-        yield f"log that breaks off: status {status}, {cell.entries()}"
+def ended(program, files):
+    """The first failing call of its kind that has the entry ends the task, with no output begun."""
+    for kind, entry in (("read", BROKEN_LOG), ("end", BROKEN_LOG), ("allocation", NO_MORE)):
+        for number in itertools.count(1):
+            cell = Cell(program, files)
+            status = cell.run({"FAULT": f"{kind}:{number}:once"})
+            if not cell.path("fault").exists():
+                yield f"{kind}: no run of {number} has the entry {entry}"
+            elif entry not in cell.entries():
+                continue
+            elif status != 1 or cell.entries() != [entry] or any(cell.outputs()):
+                yield f"{kind}:{number}: status {status}, {cell.entries()}, {cell.outputs()}"
+            break
 
 
 def run_limited(cell, megabytes, sanitized):
@@ -64,10 +61,10 @@ def missing_memory(program, short_test, long_test, sanitized):
         yield f"no run without memory for the records from {needed} to {size} MB"
 
 
-def main(program, simulator, failing_steps, quon5_faults, sanitized):
+def main(program, simulator, quon5_faults, sanitized):
     short_test = simulated(simulator, "cycle=2", "rate=1")
     long_test = simulated(simulator, "cycle=900", "rate=20")
-    faults = [*failed_steps(failing_steps, short_test), *broken_log(quon5_faults, short_test),
+    faults = [*ended(quon5_faults, short_test),
               *missing_memory(program, short_test, long_test, sanitized == "1")]
     print(*faults, f"{len(faults)} faults", sep="\n")
     return len(faults) > 0

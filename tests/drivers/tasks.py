@@ -71,11 +71,14 @@ def kill(program, files, kills):
     expected, outputs, killed, cut_short = cell.entries(), cell.outputs(), 0, 0
     for _ in range(kills):
         cell.path("error.log").unlink()
-        task = cell.start()
+        ended, held = os.pipe()
+        task = cell.start(pass_fds=[held])
+        os.close(held)
         time.sleep(moments.uniform(0, lasts))
         task.kill()
         killed += task.wait(60) < 0
-        time.sleep(0.01)  # an entry that was begun is still written
+        os.read(ended, 1)  # until an entry that was begun is written
+        os.close(ended)
         left = cell.entries()
         cut_short += 0 < len(left) < len(expected)
         status = cell.start().wait(60)

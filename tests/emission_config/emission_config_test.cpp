@@ -13,7 +13,7 @@ class StatisticalChannels : public tests::TASK_TEST {
     // The number of channels, and the entries: label, keyword, units, initial value, mean,
     // minimum, maximum and deviation.
     static std::string statistics(const std::string& logger, const char* specified) {
-        tests::clear_records();
+        start_again();
         write("logger", tests::unfolded(logger));
         get_logr_chan_info_mem("logger", &All_chans);
         index_logged_channels();

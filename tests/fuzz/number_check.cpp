@@ -14,6 +14,7 @@
 #include "base/numbers.h"
 #include "quon5/composite/number_format.h"
 #include "runtime/logger_records.h"
+#include "tests/fuzz/memory_files.h"
 #include "tests/fuzz/targets.h"
 
 namespace {
@@ -58,7 +59,9 @@ void expect_same_text(double value, int decimals) {
 // The input is the records of a log with one channel; its bytes also are a number to be printed.
 void run_numbers(std::string_view input) {
     LoggerColumns columns(1);
-    read_records(input, 1, 1, columns, nullptr);
+    set_memory_file("numbers", "@LOGGED_RECORDS\n" + std::string(input));
+    LineBlocks file("numbers");
+    read_records(file, 1, columns);
     int record = 0;
     for (std::size_t at = 0; at < input.size();) {
         const std::size_t end = std::min(input.find('\n', at), input.size());

@@ -77,7 +77,7 @@ void run_ftir(std::string_view /*input*/) {
     // The channels that the file may name.
     for (const char* keyword : {"AT1_CD_NOX_MEA", "EXH_CW_NO2_MEA", "EXH_CW_N2O_MEA@2"}) {
         CI_CHANNEL& channel = Customer_input.data_channels[Customer_input.num_data_chns++];
-        copyn("fuzz", channel.pam_keyword, keyword);
+        copyn(channel.pam_keyword, keyword);
     }
     read_ftir_file(FTIR_filename);
 }

@@ -223,28 +223,23 @@ proc_leak_test 65 30000 Invalid entry=<B> was found for LEAK TEST at    line num
 TEST_F(EmissionBench, LeakTestOfTheCart) {
     std::strcpy(Pm_cart_filename, "cart");
     write("cart", "#\n#\n#\n#\n#\n#\n#\n@PM_LEAK_TEST_VALIDATION\nP 1 2 l 3\n");
-    tests::in_own_process([this] {
-        read("@LEAK_TEST_VALIDATION\nT 1 2 l 3 l -\nT 1 2 l 3 l XY -\n");
-        EXPECT_EQ(text(Emis_data.leak[0]), "1|T|1|2|l|3|l|");
-        EXPECT_EQ(text(Emis_data.leak[1]), "1|T|1|2|l|3|l||XY=");
-        EXPECT_EQ(text(Emis_data.leak[6]), "1|P|1|2|l|3||");
-        EXPECT_EQ(log.text(),
-                  "proc_leak_test 65 30000 Species XY was not found in the species map. "
-                  "At line number=6\n\t   of file=bench\n");
-    });
+    read("@LEAK_TEST_VALIDATION\nT 1 2 l 3 l -\nT 1 2 l 3 l XY -\n");
+    EXPECT_EQ(text(Emis_data.leak[0]), "1|T|1|2|l|3|l|");
+    EXPECT_EQ(text(Emis_data.leak[1]), "1|T|1|2|l|3|l||XY=");
+    EXPECT_EQ(text(Emis_data.leak[6]), "1|P|1|2|l|3||");
+    EXPECT_EQ(log.text(),
+              "proc_leak_test 65 30000 Species XY was not found in the species map. "
+              "At line number=6\n\t   of file=bench\n");
 }
 
 TEST_F(EmissionBench, ThatDoesNotOpen) {
     std::strcpy(Pm_cart_filename, "cart");
     write("cart", "@MPS_INFO\nPMF_ID 1\n");
     EM_CHAN_INFO info[NUM_SPECIES_ROWS] = {};
-    tests::in_own_process([&] {
-        EXPECT_EQ(read_em_data(info), -1);
-        EXPECT_EQ(text(Emis_data.pm_info[0]), "||0|");
-        EXPECT_EQ(
-            log.text(),
-            "read_em_data 65 77 Could not open file bench, errno=No such file or directory\n");
-    });
+    EXPECT_EQ(read_em_data(info), -1);
+    EXPECT_EQ(text(Emis_data.pm_info[0]), "||0|");
+    EXPECT_EQ(log.text(),
+              "read_em_data 65 77 Could not open file bench, errno=No such file or directory\n");
 }
 
 class SpeciesMapping : public tests::TASK_TEST {
@@ -298,9 +293,8 @@ PMF_IN_V N_CW_N
 // The first line of a long form gives the channel, the last the map.
 TEST_F(SpeciesMapping, LongForms) {
     write("keyword_memory.dat", "@KEYWORDS\nPAR parameter\nLA channel\nLB channel\n");
-    tests::in_own_process([&] {
-        Keyword_memory = static_cast<KEYWORD*>(get_shrd_mem(KEYWORD_MEM, 0));
-        read(R"(@SPECIES_TAG_TO_KEYWORD_MAPPING
+    Keyword_memory = static_cast<KEYWORD*>(get_shrd_mem(KEYWORD_MEM, 0));
+    read(R"(@SPECIES_TAG_TO_KEYWORD_MAPPING
 LB A_CW_L
 PAR A
 LA B
@@ -311,18 +305,17 @@ HC F
 @CONT_CHAN_UL_VAL
 LB 3
 )");
-        get_wet_dry_info(info_);
-        EXPECT_EQ(species(CVS_HC), "1|F|F|0");
-        EXPECT_EQ(species(16), "1|C|A_CW_L|0");
-        EXPECT_EQ(species(17), "1|B|B|0");
-        EXPECT_EQ(text(Emis_data.member[CONT_CHAN_UL_VAL][16]), "1|LB|C|3|");
-        EXPECT_EQ(log.text(), unfolded(R"(
+    get_wet_dry_info(info_);
+    EXPECT_EQ(species(CVS_HC), "1|F|F|0");
+    EXPECT_EQ(species(16), "1|C|A_CW_L|0");
+    EXPECT_EQ(species(17), "1|B|B|0");
+    EXPECT_EQ(text(Emis_data.member[CONT_CHAN_UL_VAL][16]), "1|LB|C|3|");
+    EXPECT_EQ(log.text(), unfolded(R"(
 set_measrd_species 65 30000 A non-short form species must be a valid PAM keyword,- <PAR> is not \
 a valid PAM keyword
 set_measrd_species 65 30000 A non-short form species must be a valid PAM keyword,- <la> is not \
 a valid PAM keyword
 )"));
-    });
 }
 
 }  // namespace

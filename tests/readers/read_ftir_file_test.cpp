@@ -2,7 +2,6 @@
 #include "quon5/readers/read_ftir_file.h"
 
 #include "quon5/readers/chk_kw_n_specs.h"
-#include "quon5/readers/ftir_keywords.h"
 #include "quon5/readers/read_em_data.h"
 #include "tests/readers/record_text.h"
 #include "tests/task_test.h"

@@ -251,7 +251,7 @@ TEST(LoggerData, LogThatIsGoneBeforeItsRecordsAreLoadedIsNamed) {
     FLOGER_DATA_INFO* chans = nullptr;
     EXPECT_EQ(get_logr_chan_info_mem(TEMPORARY_FILE(kTwoChannels + "0,1\n").path(), &chans), 1);
     EXPECT_EQ(get_logr_data_mem(chans, 2, chans, nullptr, nullptr), -1);
-    EXPECT_TRUE(log.text().starts_with("get_logr_data_mem 65 77 Could not map file "));
+    EXPECT_TRUE(log.text().starts_with("get_logr_data_mem 65 77 Could not open file "));
     EXPECT_EQ(chans[1].num_samples, 0);
     EXPECT_TRUE(std::exchange(File_failed, false));
 }

@@ -1,14 +1,16 @@
 // Makes a logger data file from a CSV file.
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/number_reading.h"
 #include "base/program_help.h"
+#include "base/text.h"
+#include "base/words.h"
 #include "tools/csv2logr/failure.h"
 #include "tools/csv2logr/logger_from_csv.h"
 #include "tools/csv2logr/new_file.h"
@@ -47,7 +49,7 @@ constexpr Argument kArguments[] = {
 constexpr std::size_t kNumArguments = sizeof kArguments / sizeof kArguments[0];
 enum { CSV, LOGR_DATA, TIME_OF_TEST = 3 };
 
-using Values = std::array<std::string, kNumArguments>;
+using Values = std::vector<std::string>;
 
 void print_help() {
     puts(R"(Usage: csv2logr name=value ...
@@ -60,34 +62,10 @@ record. Arguments, one word each, in any order:
 Decimals are taken from the values. An empty value is written as nan. See csv2logr(1).)");
 }
 
-bool is_required(const Argument& argument) {
-    return std::string_view(argument.argument.default_value) == "-";
-}
-
 Values read_command_line(int argc, char** argv) {
-    Values values;
-    std::array<bool, kNumArguments> given{};
-    for (int i = 1; i < argc; ++i) {
-        const std::string_view word = argv[i];
-        const std::size_t equals = std::min(word.find('='), word.size());
-        std::size_t row = 0;
-        while (row < kNumArguments && word.substr(0, equals) != kArguments[row].argument.name) {
-            ++row;
-        }
-        if (row == kNumArguments || equals == word.size()) {
-            throw Failure("unknown argument " + shown(word) + ", see csv2logr --help");
-        }
-        if (given[row]) throw Failure("argument " + shown(word) + " is given twice");
-        given[row] = true;
-        values[row] = word.substr(equals + 1);
-    }
-    for (std::size_t row = 0; row < kNumArguments; ++row) {
-        if (values[row].empty() && is_required(kArguments[row])) {
-            throw Failure(std::string("argument ") + kArguments[row].argument.name +
-                          "= is missing, see csv2logr --help");
-        }
-    }
-    return values;
+    std::vector<KEYWORD_ARGUMENT> arguments;
+    for (const Argument& argument : kArguments) arguments.push_back(argument.argument);
+    return read_words(arguments, {argv + std::min(argc, 1), argv + argc}, "csv2logr");
 }
 
 // Whether the task can read the value back from the line that holds it.
@@ -96,9 +74,7 @@ bool is_good(Check check, std::string_view value) {
     constexpr std::size_t kFilterIdWidth = 11;
     if (check == IS_FILE) return true;
     if (value.size() > kEntryWidth || value.find_first_not_of(' ') == value.npos) return false;
-    for (const char c : value) {
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) return false;
-    }
+    if (std::any_of(value.begin(), value.end(), is_control)) return false;
     const char first = value[value.find_first_not_of(' ')];
     if (first == '@' || first == '#' || first == '[') return false;
     if (check == IS_FILTER_ID) return value.substr(0, value.find('[')).size() <= kFilterIdWidth;

@@ -16,16 +16,6 @@ constexpr std::size_t kSlack = 16;                           // readable behind 
 
 }  // namespace
 
-std::string shown(std::string_view text) {
-    constexpr std::size_t kLongest = 100;
-    std::string result = "<";
-    for (const char c : text.substr(0, kLongest)) {
-        const auto code = static_cast<unsigned char>(c);
-        result += code < 0x20 || code == 0x7f ? '?' : c;
-    }
-    return result + (text.size() > kLongest ? "...>" : ">");
-}
-
 CsvLines::CsvLines(const std::string& filename)
     : filename_(filename),
       fd_(open(filename.c_str(), O_RDONLY | O_CLOEXEC)),

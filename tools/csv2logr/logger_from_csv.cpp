@@ -10,6 +10,7 @@
 #include <unordered_map>
 
 #include "base/number_reading.h"
+#include "base/text.h"
 
 namespace {
 
@@ -18,20 +19,11 @@ constexpr std::size_t kLabelWidth = 79;
 constexpr std::size_t kUnitsWidth = 15;
 constexpr long kMaxDecimals = 15;
 
-std::string_view without_spaces(std::string_view text) {
-    while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-    while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
-    return text;
-}
-
 // The text of a label or of units; it must fit `width` and hold no control character.
 std::string name_of(const CsvLines& lines, const CsvField& field, const char* at, std::size_t width,
                     const std::string& what) {
-    std::string text(field.quoted ? std::string_view(field.text) : without_spaces(field.text));
-    const bool control = std::any_of(text.begin(), text.end(), [](char c) {
-        const auto code = static_cast<unsigned char>(c);
-        return code < 0x20 || code == 0x7f;
-    });
+    std::string text(field.quoted ? std::string_view(field.text) : trimmed(field.text));
+    const bool control = std::any_of(text.begin(), text.end(), is_control);
     if (control) throw lines.failure(at, what + " " + shown(text) + " holds a control character");
     if (text.size() > width) {
         throw lines.failure(at, what + " " + shown(text) + " has more than " +
@@ -53,11 +45,7 @@ std::string token(const std::string& text) {
 
 // The label by which the task knows the channel: it takes the logger's mark off.
 std::string_view known_label(std::string_view label) {
-    return label.starts_with('&') ? without_spaces(label.substr(1)) : label;
-}
-
-bool is_digit(char c) {
-    return static_cast<unsigned char>(c - '0') < 10;
+    return label.starts_with('&') ? trimmed(label.substr(1)) : label;
 }
 
 // The high bit of each character of `block` that is not zero.
@@ -233,7 +221,7 @@ void LoggerFromCsv::convert_record(NewFile& file) {
 long LoggerFromCsv::convert_unusual(const char*& p, const char*& copied, NewFile& file) {
     const char* const at = p;
     const CsvField field = lines_.field(p);
-    const std::string_view value = without_spaces(field.text);
+    const std::string_view value = trimmed(field.text);
     double number = 0.0;
     if (!value.empty() && !read_logged_value(value, number)) {
         throw lines_.failure(at, shown(field.text) + " is not a number");

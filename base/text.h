@@ -1,0 +1,26 @@
+// Small operations on texts, and texts of files and users as messages show them.
+#ifndef QUON5_BASE_TEXT_H
+#define QUON5_BASE_TEXT_H
+
+#include <string>
+#include <string_view>
+
+inline bool is_digit(char c) {
+    return static_cast<unsigned char>(c - '0') < 10;
+}
+
+inline bool is_control(char c) {
+    return static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
+}
+
+// `text` without the spaces around it.
+inline std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
+    while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+    return text;
+}
+
+// `text` in angle brackets, control characters as `?`, a long text cut.
+std::string shown(std::string_view text);
+
+#endif
