@@ -60,6 +60,8 @@ TEST_F(EmissionBench, ValuesThatStandForNone) {
         EXPECT_EQ(text(Emis_data.init_date[2][CVS_CO]), a + "|CO|KCO|" + v + "||");
         EXPECT_EQ(text(Emis_data.leak[0]), a + "|T|1|" + v + "|l|2|l|");
     }
+    read("");  // nothing is left of the file before
+    EXPECT_EQ(value(CONT_CHAN_UL_VAL, CVS_CO), "0||||");
 }
 
 TEST_F(EmissionBench, ValueLines) {
