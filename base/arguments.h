@@ -1,13 +1,11 @@
-// The keyword arguments of the task's command line, one word `name=value` each, and how any
-// program's arguments are described.
+// The task's keyword arguments, one word `name=value` each. KEYWORD_ARGUMENT describes those of any
+// program.
 #ifndef QUON5_BASE_ARGUMENTS_H
 #define QUON5_BASE_ARGUMENTS_H
 
-// What an argument's value is to the task. The outputs stand last, in the order in which they are
-// opened.
+// How the task uses an argument's value. The outputs stand last, in the order of their opening.
 enum ARGUMENT_USE : short {
     NO_FILE,
-    UNOPENED_FILE,
     INPUT_FILE,
     SIBLING_FILE,  // joins the quon5 file in append mode
     QUON5_FILE,
@@ -24,10 +22,10 @@ struct KEYWORD_ARGUMENT {
     ARGUMENT_USE use = NO_FILE;
 };
 
-// X(name, default, variable of the task that takes the value, use, meaning, details)
+// X(name, default, the task's variable, use, meaning, details)
 // clang-format off
 #define QUON5_KEYWORD_ARGUMENTS(X) \
-    X(logr_spec, "-", Logr_spec_filename, UNOPENED_FILE, "logger specification file", \
+    X(logr_spec, "-", Logr_spec_filename, NO_FILE, "logger specification file", \
       "It is not opened.") \
     X(logr_data, "-", Logr_data_filename, INPUT_FILE, "logger data file of the test", "") \
     X(quon5_output, "-", Quon5_output_filename, QUON5_FILE, "quon5 result file to write", "") \

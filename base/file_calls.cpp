@@ -13,13 +13,15 @@ int open_file(const char* name, int flags, mode_t mode) {
 }
 
 bool run_in_child(void (*work)(void*), void* argument) {
-    // NOLINTNEXTLINE(clang-analyzer-security.insecureAPI.vfork): the memory is to be shared
+    // The child is to share the memory.
+    // NOLINTBEGIN(clang-analyzer-security.insecureAPI.vfork, clang-analyzer-unix.Vfork)
     const pid_t child = vfork();
     if (child == 0) {
         setpgid(0, 0);
         work(argument);
         _exit(0);
     }
+    // NOLINTEND(clang-analyzer-security.insecureAPI.vfork, clang-analyzer-unix.Vfork)
     while (child > 0 && waitpid(child, nullptr, 0) < 0 && errno == EINTR) continue;
     return child > 0;
 }

@@ -1,14 +1,14 @@
-// The catalogue of messages: every entry that the task and this runtime write to the error log.
+// The catalogue of messages has every entry that the task and this runtime write to the error log.
 //
-// The rows stand in base/messages/*.def, below the file that a reader of the entry should look at:
+// The rows stand in base/messages/*.def, each in the section of the file to look at:
 //
 //   SECTION(name, title, introduction)
 //   MESSAGE(name, module, report mode, error code, format, meaning, what to do)
 //   IGNORED(name, beginning of the format, meaning, what to do)
 //
-// IGNORED is a message of read_ci_specs that costs a line or a section of the specification; all
-// of them go on in the same way. `format` is that of printf. Meaning and advice are for people, and
-// may hold words in backticks; docs/messages.md is made from them.
+// IGNORED is a message of read_ci_specs. It costs a line or a section of the specification, and all
+// of them end alike. `format` is for printf. Meaning and advice are for people and may hold words
+// in backticks. docs/messages.md is made from the catalogue.
 #ifndef QUON5_BASE_MESSAGE_CATALOGUE_H
 #define QUON5_BASE_MESSAGE_CATALOGUE_H
 
@@ -19,7 +19,7 @@ enum REPORT_MODE : int {
 };
 
 enum ERROR_CODE : int {
-    CODE_OF_RESULT = -30000,  // in the catalogue alone: the call gives the result that it reports
+    CODE_OF_RESULT = -30000,  // in the catalogue alone: the call site gives the code
     CODE_FAILED = -1,         // a step failed
     CODE_INFO = 0,            // no error
     CODE_NOT_OPENED = 77,     // a file could not be opened
@@ -27,7 +27,7 @@ enum ERROR_CODE : int {
     CODE_BAD_ENTRY = 30000,   // an entry or value is wrong or missing and is ignored or replaced
 };
 
-// One row. A section has no module; its title and introduction stand in `format` and `means`.
+// One row. A section has no module; `format` and `means` hold its title and introduction.
 struct MESSAGE_ROW {
     const char* name;
     const char* module;

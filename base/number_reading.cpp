@@ -14,7 +14,7 @@ namespace {
 constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,
                                    1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19};
 constexpr std::uint64_t kMaxExactInteger = std::uint64_t{1} << 53;
-constexpr std::size_t kMaxDigits = 19;  // that fit 64 bits
+constexpr std::size_t kMaxDigits = 19;  // so many fit 64 bits
 
 // Reads a number of digits and at most one point when it is short enough for the exact division.
 bool read_plain_decimal(std::string_view text, double& magnitude) {
@@ -38,7 +38,7 @@ bool read_plain_decimal(std::string_view text, double& magnitude) {
 }
 
 bool read_general_decimal(std::string_view text, double& magnitude) {
-    // from_chars takes further names of infinity and NaN, and a sign of its own.
+    // from_chars accepts other names of infinity and NaN, and a second sign.
     if (text.empty() || !(is_digit(text[0]) || text[0] == '.')) return false;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, magnitude);

@@ -1,10 +1,10 @@
 // Reading the values of a logger data file: decimal text to the nearest double.
 //
-// Why the fast way is exact: the text of a plain decimal is an integer, its digits without the
-// point, over a power of ten. An integer up to 2^53 and a power of ten up to 10^22 are doubles
-// themselves, and one division of two doubles is correctly rounded, so the quotient is the double
-// nearest to the decimal number, ties to even: what strtod gives. Every other number goes through
-// std::from_chars, which is correctly rounded as well.
+// The fast way is exact. A plain decimal is an integer, its digits without the point, over a power
+// of ten. An integer up to 2^53 and a power of ten up to 10^22 are doubles themselves, and a
+// division of two doubles is correctly rounded. So the quotient is the double nearest to the
+// decimal number, ties to even, as from strtod. std::from_chars, correctly rounded as well, reads
+// every other number.
 #ifndef QUON5_BASE_NUMBER_READING_H
 #define QUON5_BASE_NUMBER_READING_H
 
@@ -13,15 +13,15 @@
 #include <cstring>
 #include <string_view>
 
-// How far in front of the end of a field read_short_decimal may look.
+// read_short_decimal may look this far back from the end of a field.
 inline constexpr int READ_BEFORE = 8;
 
-// Reads the field [first, end) when it is a decimal number of one to eight digits and point, with
-// an optional minus sign in front; that is how nearly all logged values look. False, with `value`
-// untouched, when it is anything else. READ_BEFORE characters before `end` must be readable.
+// Reads the field [first, end) when it is a decimal number of one to eight digits and point, after
+// an optional minus sign. Nearly all logged values look like that. Anything else gives false and
+// leaves `value` untouched. READ_BEFORE characters before `end` must be readable.
 //
-// All characters are treated at once, one in each byte of a word, without a branch that depends on
-// the length or on the place of the point.
+// All characters are treated at once, one in each byte of a word. No branch depends on the length
+// or on the place of the point.
 inline bool read_short_decimal(const char* first, const char* end, double& value) {
     static_assert(std::endian::native == std::endian::little, "the first digit is the lowest byte");
     constexpr std::uint64_t kEveryByte = 0x0101010101010101;
@@ -30,10 +30,10 @@ inline bool read_short_decimal(const char* first, const char* end, double& value
     if (length - 1 >= 8) return false;
     std::uint64_t word = 0;
     std::memcpy(&word, end - 8, 8);
-    // The number's characters, less '0', in the upper bytes; those before it become leading zeros.
+    // The number's characters, less '0', in the upper bytes; the bytes below become leading zeros.
     word = (word ^ kEveryByte * '0') & ~std::uint64_t{0} << (64 - 8 * length);
 
-    // The highest bit of every byte that is no digit. One may be, when it is the point.
+    // The highest bit of every byte that is no digit. One such byte may be the point.
     const std::uint64_t others = ((word + kEveryByte * (0x80 - 10)) | word) & kEveryByte * 0x80;
     const std::uint64_t point = others >> 7;  // the lowest bit of its byte
     const std::uint64_t has_point = others != 0 ? 1 : 0;
@@ -61,8 +61,8 @@ inline bool read_short_decimal(const char* first, const char* end, double& value
     return true;
 }
 
-// Reads the field: a decimal number with optional sign and exponent, or nan or inf in any case,
-// spaces around it allowed. False when it is anything else; `value` is then NaN.
+// Reads a decimal number with optional sign and exponent, or nan or inf in any case. Spaces around
+// it are allowed. Anything else gives false, and `value` is then NaN.
 bool read_logged_value(std::string_view field, double& value);
 
 #endif

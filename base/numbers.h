@@ -1,4 +1,4 @@
-// Reading and printing numbers in the same way everywhere, whatever locale the process runs in.
+// Reading and printing numbers alike in every locale.
 #ifndef QUON5_BASE_NUMBERS_H
 #define QUON5_BASE_NUMBERS_H
 
@@ -8,7 +8,7 @@
 #include <cmath>
 #include <limits>
 
-// The "C" locale, for conversions that must not depend on the environment.
+// The "C" locale. Conversions must not depend on the environment.
 inline locale_t c_locale() {
     static const locale_t c = newlocale(LC_ALL_MASK, "C", nullptr);
     return c;
@@ -24,13 +24,13 @@ inline short leading_short(const char* text) {
     return static_cast<short>(leading_integer(text));
 }
 
-// NaN without a sign, any other value unchanged: NaN is printed as "nan", never as "-nan".
+// Takes the sign off NaN: NaN is printed as "nan", never as "-nan". Other values stay.
 inline double printable(double value) {
     return std::isnan(value) ? std::numeric_limits<double>::quiet_NaN() : value;
 }
 
 // The leading number of `text`, 0.0 when there is none (strtod). `end`, when given, receives the
-// first character that is not part of the number.
+// first character behind the number.
 inline double leading_number(const char* text, const char** end = nullptr) {
     char* stop = nullptr;
     const double value = strtod_l(text, &stop, c_locale());
@@ -38,8 +38,8 @@ inline double leading_number(const char* text, const char** end = nullptr) {
     return printable(value);
 }
 
-// The no-value rule: a value text whose leading integer is below this limit marks an entry that
-// is not to be used. The files write "-999999" where they have no value.
+// The no-value rule: a leading integer below this limit makes an entry inactive. The files write
+// "-999999" where they have no value.
 inline constexpr long kNoValueLimit = -999989;
 
 inline bool active_by_value(const char* value) {

@@ -56,7 +56,7 @@ int seek_file(void* cookie, off64_t* offset, int whence) {
         *offset = position;
         return 0;
     }
-    if (errno != ESPIPE) report_read_failure(file);  // a pipe is read as far as it goes
+    report_read_failure(file);
     return -1;
 }
 
@@ -123,12 +123,18 @@ Identity identity(std::string_view filename) {
 }  // namespace
 
 FILE* open_for_reading(const char* filename) {
-    const int fd = File_calls.open(filename, O_RDONLY | O_CLOEXEC, 0);
+    // O_NONBLOCK: a pipe without a writer would keep the task waiting.
+    const int fd = File_calls.open(filename, O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0);
     if (fd < 0) return nullptr;
     struct stat info {};
     int error = File_calls.fstat(fd, &info) == 0 ? 0 : errno;
     // It could be opened, but not read.
     if (error == 0 && S_ISDIR(info.st_mode)) error = EISDIR;
+    // Its readers begin more than once.
+    if (error == 0 && !S_ISREG(info.st_mode) && File_calls.seek(fd, 0, SEEK_SET) < 0) {
+        error = errno;
+        if (Report_file_failure != nullptr) Report_file_failure(FILE_READ_AGAIN, filename, error);
+    }
     return make_stream(fd, error, filename, "r", kReading);
 }
 
@@ -143,6 +149,11 @@ void close_files() {
     for (const OpenFile& file : Open_files) {
         if (file.stream != nullptr) fclose(file.stream);
     }
+}
+
+bool file_exists(const char* filename) {
+    struct stat info {};
+    return File_calls.stat(filename, &info) == 0;
 }
 
 bool is_same_file(const char* first, const char* second) {

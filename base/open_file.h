@@ -20,7 +20,7 @@ enum WRITE_MODE : short {
     WRITE_APPEND,  // what is written follows the contents of the file
 };
 
-enum FILE_ACCESS : short { FILE_READ, FILE_WRITTEN };
+enum FILE_ACCESS : short { FILE_READ, FILE_READ_AGAIN, FILE_WRITTEN };
 
 // Takes the report of a failure: what failed, the file and errno. The program sets it.
 extern void (*Report_file_failure)(FILE_ACCESS access, const char* filename, int error);
@@ -28,8 +28,9 @@ extern void (*Report_file_failure)(FILE_ACCESS access, const char* filename, int
 // A part of a file could not be read or written, or its contents not be held.
 extern bool File_failed;
 
-// Opens `filename` for reading. Returns no stream, with errno set, when it cannot be opened; a
-// directory counts as such a file.
+// Opens `filename` for reading. Returns nullptr, with errno set, when it cannot be opened. A
+// directory counts as such a file, and so does one that cannot be read from its beginning again (a
+// pipe), which is reported.
 FILE* open_for_reading(const char* filename);
 
 // Opens `filename` for writing, and creates it where it does not exist. Returns no stream, with
@@ -38,6 +39,8 @@ FILE* open_for_writing(const char* filename, WRITE_MODE mode);
 
 // Closes the streams that are still open.
 void close_files();
+
+bool file_exists(const char* filename);
 
 // Whether two names are those of one regular file, whichever links or paths lead to it. Files that
 // do not exist yet are one when they have the same name in the same directory.

@@ -1,14 +1,13 @@
-// What a program says of itself: the answers to --help and --version.
+// The answers to --help and --version.
 #ifndef QUON5_BASE_PROGRAM_HELP_H
 #define QUON5_BASE_PROGRAM_HELP_H
 
 #include <cstdio>
-#include <cstring>
 #include <string_view>
 
 #include "base/arguments.h"
 
-// One argument of the help text; the manual pages are made from these lines.
+// Prints one argument of the help text. The manual pages are made from these lines.
 inline void print_argument(const KEYWORD_ARGUMENT& argument) {
     printf("  %-20s %s\n", argument.name, argument.meaning);
     for (std::string_view rest = argument.details; !rest.empty();) {
@@ -18,13 +17,18 @@ inline void print_argument(const KEYWORD_ARGUMENT& argument) {
     }
 }
 
-// Answers on standard output when --help or --version is the only word of the command line.
-// Returns the exit status, 1 when the answer cannot be written; -1 when neither is asked for.
+inline bool is_one_of(std::string_view word, std::string_view first, std::string_view second) {
+    return word == first || word == second;
+}
+
+// Answers on standard output when --help or --version (-h, -V) is the only word of the command
+// line. Returns the exit status, 0 or 1 when the answer cannot be written; -1 for any other command
+// line.
 inline int answer_question(int argc, char** argv, const char* version, void (*print_help)()) {
     if (argc != 2) return -1;
-    if (std::strcmp(argv[1], "--help") == 0) {
+    if (is_one_of(argv[1], "-h", "--help")) {
         print_help();
-    } else if (std::strcmp(argv[1], "--version") == 0) {
+    } else if (is_one_of(argv[1], "-V", "--version")) {
         puts(version);
     } else {
         return -1;

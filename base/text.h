@@ -1,4 +1,4 @@
-// Small operations on texts, and texts of files and users as messages show them.
+// Small operations on texts.
 #ifndef QUON5_BASE_TEXT_H
 #define QUON5_BASE_TEXT_H
 
@@ -20,7 +20,7 @@ inline std::string_view trimmed(std::string_view text) {
     return text;
 }
 
-// `text` in angle brackets, control characters as `?`, a long text cut.
+// `text` as messages show it: in angle brackets, control characters as `?`, a long text cut.
 std::string shown(std::string_view text);
 
 #endif

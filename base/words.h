@@ -1,4 +1,4 @@
-// The words `name=value` with which a program is called.
+// Command lines of words `name=value`.
 #ifndef QUON5_BASE_WORDS_H
 #define QUON5_BASE_WORDS_H
 
@@ -9,9 +9,9 @@
 #include "base/arguments.h"
 
 // Reads `words` (without the program's name), in any order. Returns the values in the order of
-// `arguments`: that of a name that is not given is its default, and empty for "-". Throws
-// std::runtime_error, whose text names the word, for an unknown name, a name given twice, a word
-// without '=' and an argument "-" without a value. `program` is named as the one to ask for help.
+// `arguments`; a name that is not given has its default. Throws std::runtime_error, with the word
+// in its text, for an unknown name, a name given twice, a word without '=', and an argument of
+// default "-" without a value. The text advises `program` --help.
 std::vector<std::string> read_words(std::span<const KEYWORD_ARGUMENT> arguments,
                                     std::span<char* const> words, const std::string& program);
 

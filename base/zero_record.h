@@ -11,7 +11,7 @@ void zero_static_storage(void* start, std::size_t size);
 
 template <class Record>
 void zero_static_record(Record& record) {
-    zero_static_storage(&record, sizeof record);
+    zero_static_storage(&record, sizeof(Record));
 }
 
 #endif

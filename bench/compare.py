@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Times the whole task beside other ways to do its table work alone, in one run.
+"""Times the whole task beside other programs that do its table work alone.
 
     cmake --preset bench && cmake --build --preset bench
     bench/compare.py build/bench                 # the task beside table_work (from_chars, to_chars)
@@ -7,8 +7,8 @@
 
 S and L are simulated tests of 18,000 and 72,000 records of 500 channels, 400 of them specified;
 "10 x L" has 720,000 records of 60 channels, "small" 600 of 60. All programs read the same values and
-write the same columns; the others leave out everything else that the task does. Runs take turns; the
-table gives medians, ratios are taken within each turn, smallest and largest in brackets.
+write the same columns; the others do nothing else. Runs take turns. The table gives medians; ratios
+are taken within each turn, with the smallest and largest in brackets.
 """
 import argparse
 import os
@@ -70,7 +70,7 @@ def prepare(programs, directory, options, with_csv):
 
 
 def timed(command, directory, environment):
-    """Runs the command without the outputs of earlier runs, whose removal takes time; returns wall
+    """Removes the outputs of earlier runs, which takes time, then runs the command. Returns wall
     seconds, CPU seconds, peak MiB."""
     for name in OUTPUTS:
         (directory / name).unlink(missing_ok=True)

@@ -1,4 +1,4 @@
-// Formatting the values of a log: write_fixed beside what the libraries offer.
+// Formatting the values of a log: write_fixed beside the libraries.
 #include "quon5/composite/number_format.h"
 
 #include <benchmark/benchmark.h>

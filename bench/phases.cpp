@@ -1,9 +1,9 @@
-// How the time of one whole run splits.
+// The time of each step of one run.
 //
 //   phases DIRECTORY
 //
-// DIRECTORY holds the files of a simulated test (simulate_test output=DIRECTORY). The task's steps
-// are called in the order of its run, each timed; the results are written into the directory.
+// DIRECTORY holds the files of a simulated test (simulate_test output=DIRECTORY). The program calls
+// and times the task's steps in the order of its run, and writes the results into the directory.
 #include <chrono>
 #include <cstdio>
 #include <iterator>
@@ -55,7 +55,7 @@ void write_codes() {
 void write_sections() {
     char label[80];
     if (Version_cvsci > 6 && get_fuel_consumed_lbl(label) == 1) {
-        copyn("phases", Tr_em_data_chans[EM_FUEL_CONSUMED], label);
+        copyn(Tr_em_data_chans[EM_FUEL_CONSUMED], label);
     }
     require(tran_em_data(0, All_chans, cycle_time, "") == 0, "the data section");
     fclose(Quon5_optr);

@@ -1,5 +1,5 @@
-// The parts of a run that read and write much: loading the log, beside the least that any reader of
-// it has to do; writing the composite rows; reading the files of the benches.
+// The parts of a run that read and write much: loading the log, beside the least work of any
+// reader; writing the composite rows; reading the files of the benches.
 #include "bench/run_parts.h"
 
 #include <benchmark/benchmark.h>

@@ -74,10 +74,9 @@ void prepare_logged_channels() {
         char* const name = All_chans[i].chan_name;
         if (name[0] != '&') continue;
         name[0] = ' ';
-        string_trim(name);
-        string_strip(name);
+        trim(name);
     }
-    index_logged_channels();
+    Num_chans_logged = static_cast<short>(All_chans[0].num_channels);
 }
 
 void give_up(const std::string& message) {

@@ -1,6 +1,6 @@
-// The yardstick: the table work of the task alone, as the standard library does it. Maps a logger
-// data file, reads every value with std::from_chars, averages five channels, and writes the columns
-// of a composite file with std::to_chars through one buffer.
+// The yardstick: the table work of the task alone, with the standard library. Maps a logger data
+// file, reads every value with std::from_chars, averages five channels, and writes the columns of a
+// composite file with std::to_chars through one buffer.
 //
 //   table_work LOGGER_DATA CHANNELS OUTPUT
 //
@@ -35,7 +35,7 @@ std::string_view map_file(const char* name) {
                                : std::string_view(static_cast<char*>(start), size);
 }
 
-// The number of values, estimated from the first records, a little too large.
+// Estimates the number of values from the first records, a little too large.
 std::size_t expected_values(std::string_view records) {
     const std::string_view first = records.substr(0, 100000);
     const auto values = static_cast<double>(

@@ -83,7 +83,7 @@ const CHANNEL Families[] = {
     {"ECM_SENSOR_V", "v", 3, ECM_LIST, HEAT, "ECM_SENSOR_VOLTAGE", 3.1, 0.7, 0.004},
 };
 
-// Where a further channel finds room, after the list of its family.
+// Lists with room for a further channel, tried after the list of its family.
 constexpr struct { SPEC_LIST list; int capacity; } Rooms[] = {
     {ECM_LIST, 600}, {DATA_LIST, 500}, {GROUP_3, 300}, {GROUP_4, 300}, {GROUP_5, 300},
     {PM_GROUP, 300}, {FTIR_GROUP, 300},
@@ -109,7 +109,7 @@ class LISTS {
     int count_[EGR_LOGICAL + 1] = {};
 };
 
-// Decimals that show every record time exactly, where there are such.
+// Decimals that show every record time exactly, where possible.
 short time_decimals(int rate) {
     short decimals = 0;
     for (int ticks = 1; decimals < 6 && ticks % rate != 0; ticks *= 10) ++decimals;

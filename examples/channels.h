@@ -1,5 +1,5 @@
-// The channels of the simulated test: how each is logged, what it follows, and where the customer
-// input specification names it.
+// The channels of the simulated test: their place in the log and in the customer input
+// specification, and their signals.
 #ifndef QUON5_EXAMPLES_CHANNELS_H
 #define QUON5_EXAMPLES_CHANNELS_H
 
@@ -19,9 +19,9 @@ enum SPEC_LIST : short {
     GROUP_3,
     GROUP_4,
     GROUP_5,
-    SCR_LOGICAL,  // of the subsystem that is active in the test
+    SCR_LOGICAL,  // of the active subsystem
     SCR_GROUP,
-    EGR_LOGICAL,  // of the one that is not
+    EGR_LOGICAL,  // of the inactive subsystem
 };
 
 // value = level + gain * signal, delayed, with uniform noise.
@@ -36,11 +36,11 @@ struct CHANNEL {
     double level;
     double noise;
     double delay = 0.0;             // s
-    const char* orda_keyword = "";  // entry of the orda specs file that names the label
-    const char* logger_label = "";  // the label as the logger writes it, where it differs
+    const char* orda_keyword = "";  // entry of the orda specs file for the label
+    const char* logger_label = "";  // the logger's form of the label, where it differs
 };
 
-// One continuous analyser and the species that it measures.
+// One analyser and its species.
 struct ANALYSER {
     const char* tag;          // species tag, or the PAM keyword of a long-form species
     const char* pam_keyword;  // of the channel that measures the species
@@ -68,11 +68,11 @@ inline constexpr ANALYSER Analysers[] = {
     {"EXH_CD_CO2_MEA", "EXH_CD_CO2_MEA", "NDIR", "percent", 16.0, true, false, true},
 };
 
-// The channels in the logger's order: the base set, then engine and ECM channels made by rule.
-// Fewer than the base set cannot be logged.
+// The channels in the logger's order: the base set, always whole, then engine and ECM channels made
+// by rule.
 std::vector<CHANNEL> make_channels(const SIMULATED_TEST& test);
 
-// The analyser of a species, or no pointer.
+// The analyser of a species, or nullptr.
 const ANALYSER* find_analyser(const std::string& tag);
 
 // A deskew section: the delay of every analyser channel, with its species tag or FTIR keyword.

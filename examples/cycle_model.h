@@ -1,4 +1,4 @@
-// A transient engine cycle, record by record: the signals that the logged channels follow.
+// A transient engine cycle, record by record. The logged channels follow its signals.
 #ifndef QUON5_EXAMPLES_CYCLE_MODEL_H
 #define QUON5_EXAMPLES_CYCLE_MODEL_H
 

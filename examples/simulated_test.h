@@ -1,4 +1,4 @@
-// What the command line of the simulator asks for, and the timing of the test that follows from it.
+// The options of the simulator and the timing of the test.
 #ifndef QUON5_EXAMPLES_SIMULATED_TEST_H
 #define QUON5_EXAMPLES_SIMULATED_TEST_H
 

@@ -99,9 +99,9 @@ bool named_in(SPEC_LIST list, const CHANNEL& channel) {
     return channel.list == list;
 }
 
-// The channels of the subsystem that is not active: none of them is logged. They stand for the
-// logged channels that are not among those the specification asks to be logged, the logger's time
-// channel and the analog inputs, so that the two numbers of channels agree.
+// The channels of the inactive subsystem. None is logged. The count of specified channels leaves
+// out the time channel and the analogue inputs; these channels make up for them, so that the counts
+// of the log and the specification agree.
 std::string inactive_channels(const std::vector<CHANNEL>& channels) {
     std::string text;
     const auto num_inactive = 1 + std::count_if(channels.begin(), channels.end(),

@@ -1,4 +1,4 @@
-// Writers of the files that a test leaves behind, each into the output directory of the test.
+// Writers of the files of a test, all into its output directory.
 #ifndef QUON5_EXAMPLES_TEST_FILES_H
 #define QUON5_EXAMPLES_TEST_FILES_H
 

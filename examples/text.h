@@ -17,7 +17,7 @@ std::string fixed(double value, int decimals);
 // Appends the words to `text` as one line; a word with blanks is quoted.
 void add_line(std::string& text, std::initializer_list<std::string_view> words);
 
-// Writes the file, in a directory that is made when it does not exist.
+// Writes the file. Makes its directory when that does not exist.
 void write_file(const std::string& filename, std::string_view text);
 
 // Reports the failure and ends the program.

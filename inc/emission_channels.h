@@ -1,4 +1,4 @@
-// The emission channel description: what measures each emission species of the test.
+// The emission channel description: the channel that measures each species of the test.
 #ifndef QUON5_INC_EMISSION_CHANNELS_H
 #define QUON5_INC_EMISSION_CHANNELS_H
 

@@ -1,10 +1,10 @@
-// The logged channels as the task sees them, and the conditions that select a stretch of records.
+// The logged channels, and the conditions that select a stretch of records.
 #ifndef QUON5_INC_LOGGER_CHANNELS_H
 #define QUON5_INC_LOGGER_CHANNELS_H
 
 #include "runtime/keyword_memory.h"
 
-// Description of one logged channel, and one entry of a list of channels to load.
+// One logged channel, or one entry of a list of channels to load.
 struct FLOGER_DATA_INFO {
     char chan_name[80];     // the channel's label in the logger
     char units[16];         // units of its values

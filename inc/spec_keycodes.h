@@ -1,5 +1,5 @@
-// The keys of a map and of a cycle in the customer input specification. Each list gives the
-// enumeration that indexes the test specification record and the key names of the file.
+// The keys of a map and of a cycle in the customer input specification. Each list makes the key
+// names of the file and the enumeration that indexes the test specification record.
 #ifndef QUON5_INC_SPEC_KEYCODES_H
 #define QUON5_INC_SPEC_KEYCODES_H
 

@@ -1,7 +1,7 @@
-// The test specification record: what the customer input specification of a test says.
+// The test specification record: the contents of the customer input specification.
 //
-// Capacities are fixed and counts say how many entries are filled; entries beyond a count are
-// zero. read_ci_specs fills the record once, after that it is only read.
+// Capacities are fixed. Counts give the filled entries; entries beyond a count are zero.
+// read_ci_specs fills the record once, and afterwards it is only read.
 #ifndef QUON5_INC_TEST_SPECIFICATION_H
 #define QUON5_INC_TEST_SPECIFICATION_H
 
@@ -20,7 +20,7 @@ enum CYCLE_TEMP : short {
     SPECIAL_CONDITIONS = 6,
 };
 
-// One channel that the test specification names.
+// One channel of the test specification.
 struct CI_CHANNEL {
     char label[80];  // its logger label
     char units[16];
@@ -142,8 +142,8 @@ struct CVS_CI {
     LOCO_CYCLE_DATA loco[50];
 };
 
-// The position of `name` among the first `count` of a list of names (maps, cycles, activities), -1
-// when it is not there. The first of equal names counts.
+// Returns the position of `name` among the first `count` of `names` (maps, cycles, activities), or
+// -1. The first of equal names counts.
 template <std::size_t N>
 short find_name(const char (&names)[N][80], short count, const char* name) {
     for (short i = 0; i < count && i < static_cast<short>(N); ++i) {

@@ -2,12 +2,12 @@
 #ifndef QUON5_FTIR_H
 #define QUON5_FTIR_H
 
-#include "quon5/quon5_10c.h"
+#include "quon5_10c.h"
 
 // ---------------------------------------------------------------------------------------------
-// FTIR channel names: five sampling points; for each its dry (CD), then its wet (CW) species, each
-// in four instances: the name, and the name with "@2", "@3", "@4" appended. An enumerator is its
-// text with '_' for '@'.
+// FTIR channel names. Each of five sampling points has dry (CD) species, then wet (CW) ones. Each
+// species has four names: the plain one, and the same with "@2", "@3" and "@4" appended. An
+// enumerator is its text with '_' for '@'.
 
 // clang-format off
 #define FTIR_DRY_SPECIES(X, point, basis) \
@@ -75,7 +75,7 @@ union FTIR_CHANS_U {
 };
 
 // ---------------------------------------------------------------------------------------------
-// The FTIR record: what the FTIR file says, per FTIR channel and in the order read.
+// The FTIR record holds the contents of the FTIR file, per FTIR channel and in the order read.
 
 inline constexpr short MAX_FTIR_LEAK_TRAINS = 16;
 inline constexpr short MAX_FTIR_LEAK_CHANS = 75;
@@ -84,7 +84,7 @@ struct FTIR_CONT_DET_METHOD {
     short active;
     char keywd[80];  // PAM keyword
     char method[80];
-    char recipe[80];  // analyser recipe, its words joined by single blanks
+    char recipe[80];  // analyser recipe; single blanks join its words
 };
 
 struct FTIR_MEMBER {
@@ -144,5 +144,7 @@ struct FTIR_DATA {
     FTIR_DESKEW deskew[NUM_FTIR_CHANS];
     FTIR_CHEMICAL_BALANCE chem_bal;
 };
+
+extern FTIR_DATA Ftir;
 
 #endif

@@ -7,4 +7,7 @@
 // its next call.
 void clear_task();
 
+// The same, but the names that every run registers stay in the index maps.
+void clear_run();
+
 #endif

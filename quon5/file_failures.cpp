@@ -10,6 +10,8 @@ namespace {
 void log_failure(FILE_ACCESS access, const char* filename, int error) {
     if (access == FILE_READ) {
         LOG(INPUT_NOT_READ, filename, strerror(error));
+    } else if (access == FILE_READ_AGAIN) {
+        LOG(INPUT_NOT_READ_AGAIN, filename, strerror(error));
     } else {
         LOG(OUTPUT_NOT_WRITTEN, filename, strerror(error));
     }

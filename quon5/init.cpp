@@ -21,10 +21,10 @@ namespace {
 constexpr short kNameWidth = 20;
 constexpr short kValueWidth = 304;
 
-char Quon_End_Buffer[131072];  // of the quon5 file
+char Quon_End_Buffer[131072];  // output buffer of the quon5 file
 
-// The entries of the orda specs file and the rows of Tr_em_data_chans that take them, in the order
-// of the look-ups.
+// The entries of the orda specs file and their rows of Tr_em_data_chans, in the order of the
+// look-ups.
 struct LabelEntry {
     const char* keyword;
     DATA_CHAN_INDICES row;
@@ -112,8 +112,8 @@ void store_values(const char (&values)[NUM_KEYWORD_ARGUMENTS][kValueWidth]) {
     }
 }
 
-// Registers the first `count` names with their row numbers. False, logged as `Refused`, when one
-// cannot be registered.
+// Registers the first `count` names with their row numbers. Returns false and logs `Refused` when
+// one is refused.
 template <MESSAGE_NAME Refused>
 bool register_names(const char (*names)[80], short count, INDEX_MAPS map) {
     for (short i = 0; i < count; ++i) {
@@ -124,10 +124,15 @@ bool register_names(const char (*names)[80], short count, INDEX_MAPS map) {
     return true;
 }
 
-short open_quon5_file() {
-    Quon5_optr = open_output<QUON5_FILE_IS_ANOTHER>(QUON5_FILE);
-    if (Quon5_optr == nullptr) {
-        LOG(START_FILE_NOT_OPENED, Quon5_output_filename);
+// Opens the logger data file and the quon5 file. That of an earlier run loses its contents only
+// when the logger data file can be opened.
+short open_quon5_file_and_log() {
+    Logr_data_iptr = open_for_reading(Logr_data_filename);
+    const bool log_opened = Logr_data_iptr != nullptr;
+    Quon5_optr = open_output<QUON5_FILE_IS_ANOTHER>(QUON5_FILE, !log_opened);
+    if (Quon5_optr == nullptr || !log_opened) {
+        LOG(START_FILE_NOT_OPENED,
+            log_opened || Quon5_optr == nullptr ? Quon5_output_filename : Logr_data_filename);
         return -1;
     }
     if (setvbuf(Quon5_optr, Quon_End_Buffer, _IOFBF, sizeof Quon_End_Buffer) != 0) {
@@ -136,14 +141,7 @@ short open_quon5_file() {
     return 0;
 }
 
-short open_logger_data_file() {
-    Logr_data_iptr = open_for_reading(Logr_data_filename);
-    if (Logr_data_iptr != nullptr) return 0;
-    LOG(START_FILE_NOT_OPENED, Logr_data_filename);
-    return -1;
-}
-
-// Reads the logger labels; the keywords that are missing are logged together.
+// Reads the logger labels. One entry logs all missing keywords.
 short read_labels(FILE* orda_specs) {
     char problems[2048] = "";
     std::size_t length = 0;
@@ -162,15 +160,14 @@ short read_labels(FILE* orda_specs) {
     return -1;
 }
 
-// Opens the files of the run and reads the labels. The first failure, which is logged, skips the
-// rest.
+// Opens the files of the run and reads the labels. Logs the first failure and skips the rest.
 short open_files() {
     FILE* orda_specs = open_for_reading(Orda_specs_filename);
     if (orda_specs == nullptr) {
         LOG(ORDA_SPECS_NOT_OPENED, Orda_specs_filename);
         return -1;
     }
-    if (open_quon5_file() != 0 || open_logger_data_file() != 0) return -1;
+    if (open_quon5_file_and_log() != 0) return -1;
     return read_labels(orda_specs);
 }
 
@@ -192,6 +189,20 @@ void derive_run_number() {
 
 }  // namespace
 
+bool register_species_names() {
+    return register_names<SPECIES_REFUSED>(Em_species_keywds, NUM_EMIS_SPECIES, SPECIES_MAP);
+}
+
+bool register_item_names() {
+    for (const IndexEntry& entry : kIndexEntries) {
+        string_associate_indexN(entry.text, entry.index, entry.map);
+    }
+    return register_names<CHEM_BAL_OPTION_REFUSED>(Chem_bal_options, NUM_CHEM_BAL_OPTIONS,
+                                                   CHEM_BAL_OPTIONS_MAP) &&
+           register_names<CHEM_BAL_SPECIES_REFUSED>(Chem_bal_species, NUM_CHEM_BAL_SPECIES,
+                                                    CHEM_BAL_SPECIES_MAP);
+}
+
 short init(int argc, char** argv) {
     log_file_failures();
     tavrin_init_fn(1);
@@ -209,23 +220,10 @@ short init(int argc, char** argv) {
         return -1;
     }
     store_values(values);
-    if (!register_names<SPECIES_REFUSED>(Em_species_keywds, NUM_EMIS_SPECIES, SPECIES_MAP)) {
-        return -1;
-    }
+    if (!register_species_names()) return -1;
     const short status = open_files();
-    if (status != 0) {
-        LOG(START_FAILED);
-    }
+    if (status != 0) LOG(START_FAILED);
     derive_map();
     derive_run_number();
-    for (const IndexEntry& entry : kIndexEntries) {
-        string_associate_indexN(entry.text, entry.index, entry.map);
-    }
-    if (!register_names<CHEM_BAL_OPTION_REFUSED>(Chem_bal_options, NUM_CHEM_BAL_OPTIONS,
-                                                 CHEM_BAL_OPTIONS_MAP) ||
-        !register_names<CHEM_BAL_SPECIES_REFUSED>(Chem_bal_species, NUM_CHEM_BAL_SPECIES,
-                                                  CHEM_BAL_SPECIES_MAP)) {
-        return -1;
-    }
-    return status;
+    return register_item_names() ? status : short{-1};
 }

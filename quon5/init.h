@@ -3,8 +3,13 @@
 #ifndef QUON5_INIT_H
 #define QUON5_INIT_H
 
-// Runs start-up once, before anything else. Returns 0; the argument processor's result when it
-// rejected the command line; -1 for every other failure, which is logged.
+// Runs start-up. Comes once, before anything else. Returns 0, the argument processor's result when
+// it rejects the command line, or -1 for any other failure, which is logged.
 short init(int argc, char** argv);
+
+// The names that it registers in the index maps: the short-form species, and the items of the
+// particulate cart file and of the chemical balance. False, logged, when a map refuses one.
+bool register_species_names();
+bool register_item_names();
 
 #endif

@@ -1,12 +1,15 @@
 #include <fcntl.h>
+#include <strings.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 
 #include "base/numbers.h"
 #include "base/open_file.h"
 #include "base/program_help.h"
+#include "quon5/output_files.h"
 #include "quon5/process_records.h"
 #include "quon5/quon5.h"
 #include "runtime/error_log.h"
@@ -31,8 +34,21 @@ has at most 303 characters and may be empty. Environment, exit status and error 
 formats of the files: quon5-files(5).)");
 }
 
-// A file opened in the place of a standard stream that was closed would take what is written there:
-// an output would begin with entries of the error log.
+bool is_missing(ARGUMENT_USE output) {
+    return !file_exists(output_file(output).filename);
+}
+
+// Whether a run whose steps succeeded fails all the same. Strict mode takes no incomplete result
+// for a good one.
+bool is_failure() {
+    if (File_failed || Run_outcome.results_doubtful) return true;
+    const char* const strict = getenv("QUON5_STRICT");
+    if (strict == nullptr || strcasecmp(strict, "yes") != 0) return false;
+    return Run_outcome.error_logged || is_missing(FILTER_DATA_FILE) || is_missing(COMPOSITE_FILE);
+}
+
+// A file opened in place of a closed standard stream would take its text: an output would begin
+// with entries of the error log.
 void open_standard_streams() {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) < 0) open("/dev/null", O_RDWR);
@@ -44,9 +60,9 @@ void open_standard_streams() {
 int main(int argc, char** argv) {
     const int answered = answer_question(argc, argv, TAVRIN_VER, print_help);
     if (answered >= 0) return answered;
-    // Numbers are read and printed the same way whatever locale a linked library may set.
+    // No locale of a linked library changes how numbers are read and printed.
     uselocale(c_locale());
-    // A write beyond the limit of file sizes, or to a pipe that nobody reads, is to fail.
+    // A write beyond the limit of file sizes, or to a pipe without a reader, must fail.
     for (const int end : {SIGXFSZ, SIGPIPE}) signal(end, SIG_IGN);
     open_standard_streams();
     int status = 1;
@@ -57,5 +73,5 @@ int main(int argc, char** argv) {
         LOG(NO_MEMORY, failure.what());
     }
     if (Quon5_optr != nullptr) fclose(Quon5_optr);  // after a failed step
-    return status == 0 && File_failed ? 1 : status;
+    return status == 0 && is_failure() ? 1 : status;
 }

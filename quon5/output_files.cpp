@@ -6,7 +6,7 @@
 
 namespace {
 
-// The composite and the quon5 file of append mode take up what they hold.
+// Append mode appends to the composite and the quon5 file.
 bool appends(ARGUMENT_USE output) {
     return output != FILTER_DATA_FILE && append_mode();
 }
@@ -22,9 +22,11 @@ NAMED_FILE output_file(ARGUMENT_USE output) {
 NAMED_FILE file_spoiled_by(ARGUMENT_USE output) {
     const NAMED_FILE file = output_file(output);
     const auto is_spoiled = [&](const char* other) { return is_same_file(file.filename, other); };
-    for (short use = UNOPENED_FILE; use < output; ++use) {
-        // A sibling that is the quon5 file itself is not joined to it.
-        if (use == SIBLING_FILE && output == QUON5_FILE && appends(output)) continue;
+    // Only what exists can be lost; but the error log need not exist yet.
+    const short last = file_exists(file.filename) ? short{output} : short{INPUT_FILE};
+    for (short use = INPUT_FILE; use < last; ++use) {
+        // file_append refuses a sibling that is the quon5 file itself.
+        if (use == SIBLING_FILE && output == QUON5_FILE) continue;
         for (short row = 0; row < NUM_KEYWORD_ARGUMENTS; ++row) {
             const char* const other = Argument_values[row].text;
             if (Keyword_arguments[row].use == use && is_spoiled(other)) {
@@ -39,7 +41,7 @@ NAMED_FILE file_spoiled_by(ARGUMENT_USE output) {
     return {nullptr, nullptr};
 }
 
-FILE* open_unchecked(ARGUMENT_USE output) {
+FILE* open_unchecked(ARGUMENT_USE output, bool keep) {
     return open_for_writing(output_file(output).filename,
-                            appends(output) ? WRITE_APPEND : WRITE_NEW);
+                            keep || appends(output) ? WRITE_APPEND : WRITE_NEW);
 }

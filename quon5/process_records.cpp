@@ -56,6 +56,13 @@ short Num_chans_logged;
 short Num_spec_logr_chans;
 short Subsys_logi_var_values[64];
 
+const char Ftir_chem_bal_options[NUM_CHEM_BAL_OPTIONS][80] = {
+    "OPTIONS", "CVS_CONT_OPTIONS", "CVS_SAMPL_BAG_OPTIONS", "RAW_CONT_OPTIONS"};
+const char Em_wet_dry_keywds[14][80] = {"CVS_CD_NOX_MEA", "CVS_CD_NO_MEA", "CVS_CD_CO_MEA",
+                                        "CVS_CD_CO2_MEA", "CVS_CD_HC_MEA", "CVS_CW_NOX_MEA",
+                                        "CVS_CW_NO_MEA",  "CVS_CW_CO_MEA", "CVS_CW_CO2_MEA",
+                                        "CVS_CW_HC_MEA",  "CVS_CW_O2_MEA", "CVS_CD_O2_MEA"};
+
 char Em_species_map[NUM_SPECIES_ROWS][80];
 short Species_measrd[NUM_SPECIES_ROWS];
 

@@ -1,6 +1,6 @@
-// The process-wide records of the task: file names and run parameters, open streams, the records
-// that the readers fill and the writers read. Each is filled at one point of the run and only read
-// afterwards. Those that the runtime shares are declared in runtime/shared_variables.h.
+// The process-wide records of the task: file names, run parameters, open streams, and the records
+// between readers and writers. Each is filled at one point of the run and only read afterwards.
+// runtime/shared_variables.h declares those that the runtime shares.
 #ifndef QUON5_PROCESS_RECORDS_H
 #define QUON5_PROCESS_RECORDS_H
 
@@ -46,7 +46,7 @@ constexpr ARGUMENT_VALUE argument_value(short& /*number*/) {
 inline constexpr ARGUMENT_VALUE Argument_values[] = {QUON5_KEYWORD_ARGUMENTS(QUON5_VALUE)};
 #undef QUON5_VALUE
 
-// Derived from it.
+// Derived from the command line.
 extern char Map[80];  // third component of the restriction file's directory
 extern int Run_num;   // extension of the emission bench file
 
@@ -58,17 +58,11 @@ extern char Tr_em_data_chans[NUM_EM_DATA_LBLS][80];
 
 extern FLOGER_DATA_INFO* All_chans;  // all logged channels; the first gives their number
 extern short Num_chans_logged;
-extern short Num_spec_logr_chans;         // channels that the test specification asks to be logged
+extern short Num_spec_logr_chans;         // result of calc_num_spec_logr_chans
 extern short Subsys_logi_var_values[64];  // per subsystem: 1 when it was active in the run
 
-// By species index.
-extern char Em_species_map[NUM_SPECIES_ROWS][80];  // PAM keyword, empty when not measured
-extern short Species_measrd[NUM_SPECIES_ROWS];     // 1 when measured
-
-extern FTIR_DATA Ftir;
-
-// Append mode: the environment variable WRITE_APPEND is "yes", in any case. The result files are
-// then appended to.
+// True when the environment variable WRITE_APPEND is "yes", in any case. The run then appends to
+// the result files.
 bool append_mode();
 
 // Makes all of them what they are at the start of the process. Streams are not closed.

@@ -64,7 +64,7 @@ void clean_channel_names() {
     }
 }
 
-// Loads the logged channels with all their values. False, logged, when there are none.
+// Loads the logged channels with all their values. Returns false, and logs it, without channels.
 bool load_logger_data() {
     if (get_logr_chan_info_mem(Logr_data_filename, &All_chans) == 0) {
         LOG(LOG_NOT_PROCESSED, Logr_data_filename);
@@ -76,12 +76,11 @@ bool load_logger_data() {
         LOG(CHANNEL_COUNT_DIFFERS);
     }
     clean_channel_names();
-    index_logged_channels();
     get_logr_data_mem(All_chans, All_chans[0].num_channels, All_chans, nullptr, nullptr);
     return true;
 }
 
-// Writes the header of the quon5 file. 0, or the exit status of the failure, which is logged.
+// Writes the header of the quon5 file. Returns 0, or logs a failure and returns its exit status.
 int write_header(short cell_num) {
     char line[LINE_SIZE];
     short status = get_1st_line(Logr_data_iptr, line, "@QUON5_CYCLE_TIME");
@@ -99,8 +98,8 @@ int write_header(short cell_num) {
     return 0;
 }
 
-// The filter identifier: the label in the logger data file up to its units. False, logged, when
-// the file has none.
+// The filter identifier is the label in the logger data file up to its units. Returns false, and
+// logs it, when the file has none.
 bool read_filter_id(char (&mps_filter_id)[12]) {
     char line[LINE_SIZE];
     const short status = get_1st_line(Logr_data_iptr, line, "@TR_EM_FILTER_ID_LBL");

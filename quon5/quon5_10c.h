@@ -1,17 +1,17 @@
-// The emission test record: what the emission bench, particulate cart and cell configuration files
-// say of a run, and what the data section adds to it.
+// The emission test record: the contents of the emission bench, particulate cart and cell
+// configuration files, and the additions of the data section.
 #ifndef QUON5_QUON5_10C_H
 #define QUON5_QUON5_10C_H
 
 #include <cstddef>
 
-#include "inc/emission_channels.h"
-#include "quon5/vocabulary.h"
-#include "runtime/statistics.h"
+#include "../inc/emission_channels.h"  // relative, so that the record needs no include path
+#include "../runtime/statistics.h"
+#include "vocabulary.h"
 
-// The emission test record. It is shared with the runtime as a binary record: byte-packed, members
-// in the declared order. `active` is 1 when an entry holds data that the writers are to use. Values
-// are kept as the text that was read. k: EMIS_ENTRIES, s: species index.
+// The runtime shares this binary record: it is byte-packed, with members in the declared order.
+// Writers use an entry only when `active` is 1. Values keep the text that was read.
+// k: EMIS_ENTRIES, s: species index.
 
 #pragma pack(push, 1)
 
@@ -144,11 +144,17 @@ struct EMIS_DATA {
 
 #pragma pack(pop)
 
-// The rows of `date` and `init_date` that hold the lines of an entry.
-constexpr short date_row(EMIS_ENTRIES entry) {
+extern "C" EMIS_DATA Emis_data;  // the runtime shares it
+
+// By species index.
+extern char Em_species_map[NUM_SPECIES_ROWS][80];  // PAM keyword, empty when not measured
+extern short Species_measrd[NUM_SPECIES_ROWS];     // 1 when measured
+
+// The rows of `date` and `init_date` for an entry.
+constexpr int date_row(EMIS_ENTRIES entry) {
     return entry == BACKGND_DATE_TIME ? 1 : 0;
 }
-constexpr short init_date_row(EMIS_ENTRIES entry) {
+constexpr int init_date_row(EMIS_ENTRIES entry) {
     return entry == CONT_CHAN_INIT_CONTAMINATION   ? 0
            : entry == SAMPL_BAG_INIT_CONTAMINATION ? 1
                                                    : 2;

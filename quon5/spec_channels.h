@@ -1,4 +1,4 @@
-// The channel lists of the test specification, each as the part that is filled.
+// The channel lists of the test specification, each cut to its filled part.
 #ifndef QUON5_SPEC_CHANNELS_H
 #define QUON5_SPEC_CHANNELS_H
 

@@ -3,9 +3,9 @@
 #ifndef QUON5_VOCABULARY_H
 #define QUON5_VOCABULARY_H
 
-#include "inc/emission_channels.h"
+#include "../inc/emission_channels.h"  // relative, so that these headers need no include path
 
-// Index maps of the runtime that hold the vocabulary.
+// The runtime's index maps for the vocabulary.
 enum INDEX_MAPS : short {
     SPECIES_MAP = 13,           // species names by species index
     PM_CART_MAP = 15,           // particulate cart keywords by PM_CART_ENTRIES
@@ -104,8 +104,8 @@ inline constexpr char Keywords[NUM_EMIS_ENTRIES][50] = {EMIS_ENTRY_LIST(QUON5_TE
 static_assert(NUM_EMIS_ENTRIES == 72);
 
 // ---------------------------------------------------------------------------------------------
-// Short-form species names. Rows 16 to 35 of every species table take the long-form species that
-// the emission bench file adds.
+// Short-form species names. The long-form species of the emission bench file take rows 16 to 35 of
+// every species table.
 
 #define EM_SPECIES_LIST(X)                \
     X(CVS_HC, "HC")                       \
@@ -139,13 +139,9 @@ inline constexpr char Chem_bal_options[NUM_CHEM_BAL_OPTIONS][80] = {
 inline constexpr char Chem_bal_species[NUM_CHEM_BAL_SPECIES][80] = {
     "DIL_CO2", "K_H2O_GAS", "NO_NO2_OPTION", "NO_FRACTION", "CO2", "CO", "THC", "NO", "NO2", "NOX"};
 
-// Kept for readers of the tables; no step of the task consults these two.
-inline constexpr char Ftir_chem_bal_options[NUM_CHEM_BAL_OPTIONS][80] = {
-    "OPTIONS", "CVS_CONT_OPTIONS", "CVS_SAMPL_BAG_OPTIONS", "RAW_CONT_OPTIONS"};
-inline constexpr char Em_wet_dry_keywds[14][80] = {
-    "CVS_CD_NOX_MEA", "CVS_CD_NO_MEA",  "CVS_CD_CO_MEA", "CVS_CD_CO2_MEA",
-    "CVS_CD_HC_MEA",  "CVS_CW_NOX_MEA", "CVS_CW_NO_MEA", "CVS_CW_CO_MEA",
-    "CVS_CW_CO2_MEA", "CVS_CW_HC_MEA",  "CVS_CW_O2_MEA", "CVS_CD_O2_MEA"};
+// The task does not use these two; they are kept for readers of the tables.
+extern const char Ftir_chem_bal_options[NUM_CHEM_BAL_OPTIONS][80];
+extern const char Em_wet_dry_keywds[14][80];
 
 // ---------------------------------------------------------------------------------------------
 // Further enumerations.
@@ -265,7 +261,7 @@ enum FEL_SPECIES_MAP : short {
     MAX_NUM_FEL_SPECIES_MAP = 12,
 };
 
-// Each union lets a 16-bit value serve as the enumerator or as a loop counter.
+// Each union makes a 16-bit value an enumerator or a loop counter.
 union EMIS_ENTRIES_U {
     EMIS_ENTRIES ndx;
     short value;

@@ -14,16 +14,17 @@ static_assert(sizeof(ARG_PROC_CONTROL) == 2);
 extern "C" {
 
 // Reads the words `name=value` of the command line, in any order. `names` is a table of `count`
-// rows of `name_width` characters, `defaults` and `values` of `count` rows of `value_width`.
-// Returns 0 with every row of `values` filled from the command line or, for a name that is not
-// given, from its default; the default "-" marks a name that must be given. Returns -1 for an
-// unknown or repeated name, a word without '=', a value too long for its row, with the number of
-// the first such word in `arg_with_error`, and for a missing name with `argc` there.
+// rows of `name_width` characters, `defaults` and `values` of `count` rows of `value_width`. A name
+// that is not given takes its default; the default "-" marks a name that must be given. Returns 0
+// with every row of `values` filled. Returns -1 for an unknown or repeated name, a word without '='
+// and a value too long for its row, with the number of the first such word in `arg_with_error`.
+// Returns -1 for a missing name, with `argc` there. An entry
+// says which word or name is wrong.
 short arg_proc(int argc, char** argv, short* arg_with_error, ARG_PROC_CONTROL control, short count,
                short name_width, short value_width, const char* names, const char* defaults,
                char* values);
 
-// Prints to standard error how the task is to be called, and returns.
+// Prints the usage of the task to standard error.
 void print_usage(char** argv);
 
 }  // extern "C"

@@ -76,10 +76,9 @@ void read_section(FILE* file, const Section& section) {
     });
 }
 
-bool Not_opened;  // an entry says so
+bool Not_opened;  // and that is logged
 
-// No stream when the file cannot be opened. The first time is logged: what is not there for one
-// operation is not there for the other.
+// nullptr when the file cannot be opened. Both operations open it, but one entry is enough.
 FILE* open_configuration() {
     FILE* file = open_for_reading(Cell_cfg_filename);
     if (file == nullptr && !Not_opened) {

@@ -19,8 +19,8 @@ constexpr int kOverrideSlots = 50;
 
 using Line = TOKENS<4>;
 
-// Reads the file into the record. A keyword line opens a section, which says what is done with the
-// lines up to the next one.
+// Reads the file into the record. A keyword line opens a section and sets how the lines up to the
+// next one are read.
 class SpecificationReader {
  public:
     SpecificationReader(CVS_CI& record, const char* filename) : ci_(record), filename_(filename) {}
@@ -58,8 +58,8 @@ class SpecificationReader {
         LOG(Ignored, text, Spec_file_line_count, filename_);
     }
 
-    // True when one more entry fits a list that has `count` of `capacity`; otherwise `text` is
-    // reported as `TooMany`.
+    // True when a list with `count` of `capacity` entries has room. Otherwise reports `text` as
+    // `TooMany`.
     template <MESSAGE_NAME TooMany>
     bool has_room(short count, int capacity, const char* text) const {
         if (count < capacity) return true;
@@ -131,7 +131,8 @@ class SpecificationReader {
         *num_channels_ = static_cast<short>(*num_channels_ + 1);
     }
 
-    // Maps, cycles and activities. Adds a name to its list; -1, reported, when it cannot be.
+    // Maps, cycles and activities. Adds a name to its list and returns its position; -1, reported,
+    // when it cannot.
     template <MESSAGE_NAME NoName, MESSAGE_NAME TooMany, std::size_t N>
     short add_name(char (&names)[N][80], short& count, const char* name) {
         if (name[0] == '\0') {

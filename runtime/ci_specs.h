@@ -7,9 +7,9 @@
 extern "C" {
 
 // Reads the customer input specification file into `customer_input` and sets Version_cvsci (0 when
-// the file gives none). `flags` is not used. Whatever the file holds that the record cannot take is
-// logged with its line and ignored. Returns 0, or -1 with the record zero and version 0 when the
-// file cannot be opened.
+// the file gives none). `flags` is not used. Lines that the record cannot take are logged with
+// their numbers and ignored. Returns 0, or -1 with the record zero and version 0 when the file
+// cannot be opened.
 short read_ci_specs(const char* filename, CVS_CI* customer_input, int flags);
 
 }  // extern "C"

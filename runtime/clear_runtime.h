@@ -2,8 +2,8 @@
 #ifndef QUON5_RUNTIME_CLEAR_RUNTIME_H
 #define QUON5_RUNTIME_CLEAR_RUNTIME_H
 
-// Makes it what it is at the start of the process: index maps, units, keywords, the log. Streams
-// that are open (base/open_file.h) are closed.
+// Makes the runtime what it is at the start of the process, but for the index maps. Streams are
+// closed.
 void clear_runtime();
 
 #endif

@@ -25,8 +25,8 @@ class Entry {
         localtime_r(&now, &local);
         char stamp[32];
         strftime(stamp, sizeof stamp, "%Y-%m-%dT%H:%M:%S", &local);
-        const int length = snprintf(text_, sizeof text_, "%s %s:%d mode=%d code=%d ", stamp, module,
-                                    line, report_mode, error_code);
+        const int length = snprintf(text_, sizeof text_, "%s [%d] %s:%d mode=%d code=%d ", stamp,
+                                    getpid(), module, line, report_mode, error_code);
         length_ = std::min(static_cast<std::size_t>(length), sizeof text_ - 1);
     }
 

@@ -17,7 +17,7 @@ struct TextHash {
 
 struct IndexMap {
     std::unordered_map<std::string, short, TextHash, std::equal_to<>> index_of;
-    std::vector<const char*> text_of;  // by index; no text where there is none
+    std::vector<const char*> text_of;  // by index; nullptr where there is none
 };
 
 // Kept until they are cleared, so that texts handed out stay valid.

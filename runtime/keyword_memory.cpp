@@ -33,7 +33,7 @@ constexpr int kDigits = 26;
 constexpr int kOthers = 27;
 constexpr int kGroups = 28;
 
-// The group of rows in which a keyword stands: its first letter, a digit, or anything else.
+// The group of a keyword: its first letter, a digit, or anything else.
 int group_of(const char* keyword) {
     const char c = keyword[0];
     if (c >= 'A' && c <= 'Z') return c - 'A';
@@ -149,7 +149,11 @@ const void* cnvrt_value(const char* entry, short status, SM_VARI_TYPE type, char
     real = 0.0;
     units[0] = '\0';
     const char* end = entry;
-    if (status == 0) real = leading_number(entry, &end);
+    if (status == 0) {
+        real = leading_number(entry, &end);
+        const bool whole = end != entry && std::strchr(" \t[", *end) != nullptr;  // or at its end
+        if (!whole && entry[0] != '\0') LOG(NOT_WHOLLY_A_NUMBER, entry, Keyword, printable(real));
+    }
     if (end != entry) {
         // `1.5[in_h2o]`, `1.5 [ in_h2o ]`, `1.5 in_h2o`
         constexpr char kAround[] = " \t[]";

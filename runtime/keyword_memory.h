@@ -1,6 +1,6 @@
-// Keyword memory: the channel and parameter keywords that the test cell knows, and the current
-// values of its variables. Both come from the file named by the environment variable
-// TAVRIN_KEYWORD_MEMORY, or keyword_memory.dat in the working directory.
+// Keyword memory: the test cell's channel and parameter keywords, and the current values of its
+// variables. The environment variable TAVRIN_KEYWORD_MEMORY names their file; without it the file
+// is keyword_memory.dat in the working directory.
 #ifndef QUON5_RUNTIME_KEYWORD_MEMORY_H
 #define QUON5_RUNTIME_KEYWORD_MEMORY_H
 
@@ -54,8 +54,8 @@ inline constexpr int MAX_KEYWORDS = 8000;
 
 // Rows are sorted: keywords that begin with a letter, then with a digit, then all others, each
 // group by character code. search_table[c] is the first row whose keyword begins with the c-th
-// letter (either case), 26 the first that begins with a digit, 27 with anything else, 28 the
-// number of rows; the first row of an empty group is that of the next one.
+// letter (either case). Entry 26 is the first row with a digit, 27 with anything else, 28 the
+// number of rows. An empty group has the first row of the next group.
 struct KEYWORD {
     PAM_KEYWORD keyword_table[MAX_KEYWORDS];
     short search_table[29];
@@ -63,20 +63,21 @@ struct KEYWORD {
 
 extern "C" {
 
-// The shared memory area `area` (KEYWORD_MEM; `size` 0), or no pointer when it cannot be linked.
+// The shared memory area `area` (KEYWORD_MEM; `size` 0), or nullptr when it cannot be linked.
 void* get_shrd_mem(SM_AREA_ID area, int size);
 
 // 0 when `name` is a keyword of keyword memory of `type`, -1 otherwise.
 short check_keyword(const char* name, KEYWORD_TYPE type);
 
 // The current value of the variable `name`: a text for STRING_TYPE, a double for REAL_TYPE, an
-// int for INT_TYPE; no pointer when there is none.
+// int for INT_TYPE. nullptr when there is none.
 const void* get_adr_value(const char* name, SM_VARI_TYPE type);
 
 // The value of a keyword entry such as `1.5[in_h2o]`, `1.5 [ in_h2o ]`, `1.5 in_h2o` or `1.5`, and
-// its units (16 characters). `status` is the result of the look-up that gave the entry: without a
-// number, or with a status that is not 0, the value is 0.0 and the units are empty. Returns a
-// pointer to the value (a double for REAL_TYPE, an int for INT_TYPE), good until the next call.
+// its units (16 characters). `status` is the result of looking up the entry. Without a number, or
+// with a status other than 0, the value is 0.0 and the units are empty. An entry logs a text that
+// is not wholly a number, such as `3,5[sec]`, with the keyword read last. Returns a pointer to the
+// value (a double for REAL_TYPE, an int for INT_TYPE), good until the next call.
 const void* cnvrt_value(const char* entry, short status, SM_VARI_TYPE type, char* units);
 
 }  // extern "C"

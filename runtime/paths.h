@@ -12,12 +12,12 @@ extern "C" {
 
 // Splits `path` into node (always empty), directory with its trailing '/', file name without
 // extension, and extension with its leading '.' (from the last '.' of the name). A missing part
-// is empty; a longer one is cut to its buffer.
+// is empty. A part too long for its buffer is cut.
 void _splitpath(const char* path, char* node, char* dir, char* fname, char* ext);
 
-// Appends the contents of the file `first` to the file `second`. A first file that cannot be read
-// or is the second file itself is logged, and `second` stays untouched. Returns 0 on success, -1 on
-// any failure.
+// Appends the contents of the file `first` to the file `second`. When `first` cannot be opened or
+// is `second` itself, that is logged and `second` stays untouched. Returns 0 on success, -1 on any
+// failure.
 int file_append(const char* first, const char* second);
 
 }  // extern "C"

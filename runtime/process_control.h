@@ -4,7 +4,7 @@
 
 extern "C" {
 
-// Starts the runtime; called once, before anything else of it. Returns 0.
+// Starts the runtime. Comes once, before any other call of it. Returns 0.
 int tavrin_init_fn(unsigned int flags);
 
 // Sets the scheduling priority of process `pid` (0: the calling process). Returns 0 on success.

@@ -1,4 +1,4 @@
-// The variables that the task defines and the runtime reads or writes by name.
+// Variables of the task that the runtime reads or writes by name.
 #ifndef QUON5_RUNTIME_SHARED_VARIABLES_H
 #define QUON5_RUNTIME_SHARED_VARIABLES_H
 
@@ -14,10 +14,9 @@ extern "C" {
 extern KEYWORD* Keyword_memory;
 extern CVS_CI Customer_input;
 extern short Version_cvsci;  // version of the customer input specification
-extern EMIS_DATA Emis_data;
 extern char Cell_cfg_filename[304];
 extern char Em_cart_filename[304];  // the emission bench file
-extern short Spec_file_line_count;  // number of the line last read in the file being read
+extern short Spec_file_line_count;  // number of the last line read
 extern short Override_enable;       // 0
 
 // Work areas of the runtime's parsers.

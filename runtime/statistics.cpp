@@ -9,8 +9,8 @@ namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-// The samples are summed as distances from this value, which keeps the spread of a channel with a
-// large mean; a first sample that is not finite cannot serve.
+// Samples are summed as distances from this value, which keeps the spread of a channel with a large
+// mean. A first sample that is not finite cannot serve.
 long double base_of(const STAT_VARIABLE* stat) {
     const double first = stat->stat[IV].value;
     return std::isfinite(first) ? first : 0.0;

@@ -4,7 +4,7 @@
 
 #include <sys/types.h>
 
-#include "runtime/keyword_memory.h"
+#include "keyword_memory.h"
 
 enum STAT_MEMBER_TYPE : short {
     AV = 0,  // arithmetic mean
@@ -42,8 +42,8 @@ enum STAT_MEMBER_TYPE : short {
     NR = 32,
 };
 
-// The record lies inside the byte-packed emission test record, so it is packed itself: its fields
-// may stand at any address, and no pointer or reference to one of them may be formed.
+// The record is packed because it lies inside the byte-packed emission test record. Its fields may
+// stand at any address: never form a pointer or reference to one.
 #pragma pack(push, 1)
 
 struct STAT_MEMBER {
@@ -92,8 +92,8 @@ struct STAT_VARIABLE {
     char last_process_name[24];
     long double previous_value;
     long double previous_time;
-    // Working sums of the samples x, with d = x - (first sample), which keeps the spread of a
-    // channel with a large mean: sumx = sum of d, sumx2 = sum of d*d, sumy = number of samples.
+    // Working sums of d = x - (first sample): sumx = sum of d, sumx2 = sum of d*d, sumy = number of
+    // samples. The difference keeps the spread of a channel with a large mean.
     long double sumx;
     long double sumy;
     long double sumxy;
@@ -120,7 +120,7 @@ void clear_stat_values(STAT_VARIABLE* stat);
 short x_statistics_acquire(STAT_VARIABLE* stat, double value, double time);
 
 // Computes AV, MN, MX, SD and IV from the samples since the last reset; the other members stay 0.
-// Over no sample all five are NaN; with a NaN among the samples all but IV are.
+// Without samples all five are NaN. A NaN among the samples makes all but IV NaN.
 void x_statistics_compute(STAT_VARIABLE* stat);
 
 }  // extern "C"

@@ -10,8 +10,8 @@ extern "C" {
 // `module` and `line` name the caller.
 void copyn(const char* module, int line, char* dest, const char* src, std::size_t size);
 
-// Each removes blanks (not tabs) from one end of `text`, in place: string_trim from its end,
-// string_strip from its beginning.
+// Remove blanks (not tabs) in place: string_trim from the end of `text`, string_strip from its
+// beginning.
 void string_trim(char* text);
 void string_strip(char* text);
 
@@ -26,13 +26,13 @@ inline void trim(char* text) {
     string_strip(text);
 }
 
-// The same copy; the caller is named for it.
+// The same copy with the names filled in.
 inline void copyn(char* dest, const char* src, std::size_t size,
                   const char* caller = __builtin_FUNCTION(), int line = __builtin_LINE()) {
     copyn(caller, line, dest, src, size);
 }
 
-// The copy into a fixed-width field: the size is the field's own width.
+// Copies into a fixed-width field: the size is the field's width.
 template <std::size_t N>
 void copyn(char (&dest)[N], const char* src, const char* caller = __builtin_FUNCTION(),
            int line = __builtin_LINE()) {

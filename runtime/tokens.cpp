@@ -9,7 +9,7 @@ namespace {
 
 constexpr char kBlanksAndTabs[] = " \t";
 
-// The rows into which the tokens of one line are stored.
+// The rows for the tokens of one line.
 class TokenRows {
  public:
     TokenRows(char* rows, TOKEN_TYPE* types, short max_tokens, short width)
@@ -20,7 +20,7 @@ class TokenRows {
     bool full() const { return count_ == max_tokens_; }
     short count() const { return count_; }
 
-    // Stores a token with its type, or with the type that its text shows.
+    // Stores a token with its type. Without one, the text shows it: a path, a number or a string.
     void store(std::string_view token, TOKEN_TYPE type) {
         char* row = rows_ + count_ * width_;
         const std::string_view cut = token.substr(0, static_cast<std::size_t>(width_ - 1));

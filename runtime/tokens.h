@@ -12,15 +12,15 @@ enum TOKEN_TYPE : short {
 
 extern "C" {
 
-// Splits `line` at blanks and tabs into at most `max_tokens` tokens and copies each into the next
-// row of `tokens` (max_tokens rows of `width` characters, a longer token is cut) and its type into
-// `types`. A token that begins with a double or single quote runs to the next such quote and loses
-// its quotes, so "" is an empty token. Rows after the last token are left empty; tokens beyond
-// max_tokens are dropped. Returns the number of tokens stored.
+// Splits `line` at blanks and tabs into at most `max_tokens` tokens; further ones are dropped.
+// Copies each into the next row of `tokens` (max_tokens rows of `width` characters, a longer token
+// is cut) and its type into `types`. A token that begins with a double or single quote runs to the
+// next such quote and loses its quotes, so "" is an empty token. Rows after the last token are
+// empty. Returns the number of tokens stored.
 short parse_line(const char* line, short max_tokens, short width, int flags, char* tokens,
                  TOKEN_TYPE* types);
 
-// The same with runs of any character of `delimiters` between the tokens, and without quotes:
+// The same for tokens between runs of any characters of `delimiters`. Quotes mean nothing, and
 // there are no empty tokens.
 short parse_line_delim(const char* line, short max_tokens, short width, int flags, char* tokens,
                        TOKEN_TYPE* types, const char* delimiters);

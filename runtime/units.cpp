@@ -14,7 +14,7 @@ namespace {
 // Exponents of the base quantities: time, temperature, mass, length, current, angle.
 using Dimension = std::array<signed char, 6>;
 
-// The quantities of the vocabulary.
+// Quantities of the vocabulary.
 constexpr Dimension kNone{};
 constexpr Dimension kTime{1};
 constexpr Dimension kTemperature{0, 1};
@@ -162,7 +162,7 @@ std::string lower(std::string_view text) {
     return result;
 }
 
-// The vocabulary and every compound seen so far, by code - 1, with their codes by keyword.
+// The vocabulary and every compound so far, by code - 1, with their codes by keyword.
 class UnitsTable {
  public:
     UnitsTable() : units_(std::begin(kVocabulary), std::end(kVocabulary)) {
@@ -171,7 +171,7 @@ class UnitsTable {
         }
     }
 
-    // The unit with `code`, or of `keyword`; no unit when there is none.
+    // The unit with `code`, nullptr when there is none; the code of `keyword`, 0 when unknown.
     const Unit* by_code(int code) const {
         return code >= 1 && static_cast<std::size_t>(code) <= units_.size()
                    ? &units_[static_cast<std::size_t>(code) - 1]
@@ -183,7 +183,7 @@ class UnitsTable {
         if (known != code_of_.end()) return known->second;
         Unit compound{};
         const int code = parse_compound(name, compound) ? static_cast<int>(units_.size()) + 1 : 0;
-        // Unknown texts are not remembered: an input may hold any number of them.
+        // Unknown texts are not kept: an input may hold any number of them.
         if (code == 0) return 0;
         compound.keyword = code_of_.emplace(name, code).first->first.c_str();
         units_.push_back(compound);
@@ -246,8 +246,8 @@ UnitsTable& units_table() {
     return *table;
 }
 
-// A channel is converted sample by sample with the same few units, so the codes of the units used
-// last are kept: a look-up is then one comparison of short texts.
+// Samples of a channel convert one by one with the same few units. The codes of the last units are
+// kept, so a look-up is one comparison of short texts.
 struct {
     char keyword[16];
     int code;
@@ -268,7 +268,7 @@ int code_of(const char* keyword) {
     return code;
 }
 
-// value_out gets the result, or the value unchanged when it is not finite.
+// Puts the result into value_out, or the value unchanged when the result is not finite.
 short finish(double value, double converted, double* value_out) {
     const bool good = std::isfinite(converted);
     *value_out = good ? converted : value;
@@ -286,7 +286,7 @@ Real from_default(const Unit& unit, Real value) {
     return value / static_cast<Real>(unit.factor) - static_cast<Real>(unit.offset);
 }
 
-// A temperature loses digits to an offset, so it is converted in extended precision: 38.75 deg_c
+// An offset costs a temperature digits, so temperatures convert in extended precision: 38.75 deg_c
 // are 101.75 deg_f, which double precision misses.
 double convert(const Unit& in, const Unit& out, double value) {
     if (in.offset == 0.0L && out.offset == 0.0L) return from_default(out, to_default(in, value));
@@ -300,7 +300,7 @@ constexpr Unit kDefault{"", kNone, 1};
 short units_dbl_keyword_convrt(double value, const char* units_in, double* value_out,
                                const char* units_out) {
     *value_out = value;
-    // Both codes first: a new compound may move the table.
+    // Find both codes first: a new compound may move the table.
     const int code_in = code_of(units_in);
     const int code_out = code_of(units_out);
     const Unit* in = units_table().by_code(code_in);

@@ -2,11 +2,11 @@
 //
 // A units keyword is one of the vocabulary (any case), a length keyword with 2 or 3 appended
 // (ft3, m2), or a compound of such keywords with '/' and '*', taken from left to right (lb/hr,
-// mg/m3, kg*m/s). Default units are the coherent SI units of each quantity. An offset (deg_c,
-// deg_f) plays no part in a compound.
+// mg/m3, kg*m/s). Default units are the coherent SI units of each quantity. Compounds ignore the
+// offset of deg_c and deg_f.
 //
 // Unknown units, units of another quantity and values that are not finite do not convert: the
-// result is then -1 and value_out holds the value unchanged.
+// result is -1, and value_out gets the value unchanged.
 #ifndef QUON5_RUNTIME_UNITS_H
 #define QUON5_RUNTIME_UNITS_H
 

@@ -1,7 +1,7 @@
-# What `cmake --install` puts where, and the Debian package that `cpack` makes of it.
+# The files of `cmake --install`, and the Debian package that `cpack` makes of them.
 include(GNUInstallDirs)
 
-# The example test of the documentation, as small as the whole road allows.
+# The installed example test. It is as small as it can be and still goes all the way.
 set(example ${CMAKE_BINARY_DIR}/example)
 add_custom_command(OUTPUT ${example}/logr_data.csv
     COMMAND simulate_test output=${example} rate=1 cycle=120

@@ -1,4 +1,4 @@
-# cpack dates everything in a package by the commit, so that the same commit gives the same bytes.
+# cpack dates everything by the commit, so that the same commit gives the same bytes.
 if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})
     execute_process(COMMAND git -C ${CMAKE_CURRENT_LIST_DIR} log -1 --format=%ct
         OUTPUT_VARIABLE commit_time OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)

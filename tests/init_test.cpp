@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "base/arguments.h"
-#include "quon5/clear_task.h"
 #include "runtime/index_map.h"
 #include "tests/task_test.h"
 

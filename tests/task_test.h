@@ -5,12 +5,13 @@
 #include <filesystem>
 #include <string>
 
+#include "quon5/clear_task.h"
 #include "quon5/process_records.h"
 #include "tests/runtime/temporary_file.h"
 
 namespace tests {
 
-// A test of the task in a directory of its own, with its state cleared and the index maps of
+// A test of the task in a directory of its own, with its state cleared and the names of
 // start-up. The emission bench and FTIR files are named bench and ftir; there is no cart.
 class TASK_TEST : public testing::Test {
  protected:

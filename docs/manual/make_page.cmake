@@ -1,5 +1,5 @@
-# Makes a manual page out of its template: @VERSION@ becomes the version, @ARGUMENTS@ the arguments
-# that the program lists in its help.
+# Makes a manual page from its template: @VERSION@ becomes the version, @ARGUMENTS@ the arguments in
+# the program's help.
 #
 #   cmake -DPROGRAM=... -DVERSION=... -DTEMPLATE=... -DPAGE=... -P make_page.cmake
 #
@@ -9,7 +9,7 @@ if(PROGRAM)
     execute_process(COMMAND ${PROGRAM} --help OUTPUT_VARIABLE help COMMAND_ERROR_IS_FATAL ANY)
     string(REGEX REPLACE "[\\]" "\\\\e" help "${help}")
     string(REGEX REPLACE "-" "\\\\-" help "${help}")
-    string(REPLACE ";" "\t" help "${help}")  # which would part the elements of the list
+    string(REPLACE ";" "\t" help "${help}")  # a semicolon would end a list element
     string(REGEX MATCHALL "\n  [A-Za-z0-9_]+ +[^\n]+(\n   +[^\n]+)*" arguments "\n${help}")
     foreach(argument IN LISTS arguments)
         string(REGEX MATCH "^\n  ([A-Za-z0-9_]+) +([^\n]+)(.*)$" matched "${argument}")

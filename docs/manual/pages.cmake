@@ -1,5 +1,4 @@
-# The manual pages: each is made of its template, the version, and the arguments that the program
-# lists in its own help.
+# Each manual page is made from its template, the version, and the arguments in the program's help.
 set(manual_pages)
 foreach(page quon5.1 csv2logr.1 quon5-files.5)
     set(program)
@@ -17,8 +16,8 @@ foreach(page quon5.1 csv2logr.1 quon5-files.5)
 endforeach()
 add_custom_target(manual_pages ALL DEPENDS ${manual_pages})
 
-# The pages that are made from the program's tables: `cmake --build ... --target pages` writes them
-# into docs/, and a test compares them.
+# Pages made from the program's tables: `cmake --build ... --target pages` writes them into docs/,
+# and a test compares them.
 add_executable(messages_page ${CMAKE_SOURCE_DIR}/docs/pages/messages_page.cpp)
 target_link_libraries(messages_page PRIVATE quon5_base)
 add_custom_target(pages

@@ -12,11 +12,11 @@ namespace {
 
 constexpr char kHead[] = R"(# Entries of the error log
 
-Every entry that quon5 can write, below the file that is to be looked at. `...` stands for a value: a
-file name, a line number, a text of the file; further lines of an entry follow behind a blank. An entry
-in the log begins with local time, module and source line:
+This page lists every entry that quon5 can write, by the file to look at. `...` stands for a value: a
+file name, a line number, a text of the file. Further lines of an entry follow behind a blank. In the
+log an entry begins with local time, module and source line:
 
-    2026-03-05T14:32:40 read_em_data:53 mode=65 code=30000 Species read NOx was not found in the index map
+    2026-03-05T14:32:40 [4711] read_em_data:53 mode=65 code=30000 Species read NOx was not found in the index map
     	   line number=41   file=em_bench.42
 
 | Mode | | | Code | |
@@ -26,16 +26,18 @@ in the log begins with local time, module and source line:
 | 257 | information | | -1 | a step failed |
 | | | | 256 | an index outside the expected set |
 | | | | 0 | information |
-| | | | result | that of the operation that failed; -51 is a keyword that a file does not hold |
+| | | | result | result of the failed operation; -51 means that a file lacks a keyword |
 
-Unless the exit status is given, the task goes on, and what is not named as missing is written.
+Unless an exit status is given, the task goes on and writes everything that is not named as missing.
+An output that is not written stays as an earlier run left it.
 )";
 
 std::string code_of(const MESSAGE_ROW& row, const char* of_result) {
     return row.code == CODE_OF_RESULT ? of_result : std::to_string(row.code);
 }
 
-// The text of an entry, each value as "...", and each run of blanks and line ends as one blank.
+// The text of an entry with "..." for each value and one blank for each run of blanks and line
+// ends.
 std::string shown(const char* format) {
     std::string text;
     for (const char* at = format; *at != '\0'; ++at) {

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr std::size_t kBlockSize = std::size_t{1} << 20;  // of one write
+constexpr std::size_t kBlockSize = std::size_t{1} << 20;  // bytes of one write
 constexpr int kCacheLineValues = 8;
 
 }  // namespace
@@ -34,7 +34,7 @@ void CompositeRows::write(int first, int last) {
     char* out = block.get();
     const char* const full = out + kBlockSize;
     for (int record = first; record < last; ++record) {
-        // The columns lie far apart; their next cache lines are fetched while these are written.
+        // The columns lie far apart: fetch their next cache lines while writing these.
         if (record % kCacheLineValues == 0 && record + 2 * kCacheLineValues < last) {
             for (const Column& column : columns_) {
                 __builtin_prefetch(column.values + record + 2 * kCacheLineValues);

@@ -12,8 +12,8 @@ class CompositeRows {
     // `time_offset` is subtracted from every time.
     CompositeRows(FILE* file, double time_offset) : file_(file), time_offset_(time_offset) {}
 
-    // Adds a column, the time column first. Its values are those of all records of the log, written
-    // with the channel's decimals. Without any column the rows are empty lines.
+    // Adds a column, the time column first. `channel` holds the values of all records; they are
+    // written with its decimals. Without columns the rows are empty lines.
     void add_column(const FLOGER_DATA_INFO& channel);
 
     // Writes the records from `first` to `last` - 1.

@@ -4,14 +4,14 @@
 
 #include "inc/test_specification.h"
 
-// The time by which a channel's signal lags.
+// The lag of a channel's signal.
 struct DESKEW_TIME {
     double time;
     char units[16];
 };
 
-// Fills `deskew` with the deskew time that the FTIR file gives for the PAM keyword of `ci`, or with
-// 0.0 sec, logged, when it gives none.
+// Fills `deskew` with the FTIR file's deskew time for the PAM keyword of `ci`. When there is none,
+// it is 0.0 sec, and that is logged.
 void get_chan_grp_deskew(DESKEW_TIME* deskew, const CI_CHANNEL* ci);
 
 #endif

@@ -16,8 +16,8 @@ constexpr auto kPowersOfTen = [] {
     return powers;
 }();
 
-// |value| * 10^decimals, rounded to an integer, ties to even. False when that is not below 2^64, or
-// the value is 2^53 or more, infinity or NaN.
+// Rounds |value| * 10^decimals to an integer, ties to even. False when the result is not below
+// 2^64, or the value is 2^53 or more, infinity or NaN.
 bool scale_exactly(double value, int decimals, std::uint64_t& scaled) {
     constexpr int kMantissaBits = 52;
     constexpr int kBias = 1075;
@@ -44,7 +44,7 @@ int count_digits(std::uint64_t number) {
     return static_cast<int>(estimate) + (more ? 1 : 0);
 }
 
-// Writes `scaled` with its decimal point before the last `decimals` digits, from its end.
+// Writes `scaled` from its end, with a decimal point before the last `decimals` digits.
 char* write_long(char* out, std::uint64_t scaled, int decimals) {
     const int digits = std::max(count_digits(scaled), decimals + 1);
     char* const end = out + digits + (decimals > 0 ? 1 : 0);

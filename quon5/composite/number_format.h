@@ -1,13 +1,12 @@
 // Numbers in fixed-point notation, the hot loop of the composite file.
 //
-// Why the digits are those of printf, which rounds the exact value to nearest, ties to even: the
-// digits are those of |value| * 10^decimals, rounded to an integer. Below 10^8 the product of two
-// doubles is within 10^-8 of the exact one; unless it lies within 10^-6 of a half, both round to
-// the same integer. What lies so close to a half, ties among it, or is larger is done with
-// integers: a double is m * 2^-s with m below 2^53, and m times 10^p is exact in 103 bits for up to
-// 15 decimals p; shifted down by s it is the integer part, and the bits shifted out are the exact
-// rest, to be held against one half. What does not fit goes to std::to_chars, which is exact as
-// well.
+// printf rounds the exact value to nearest, ties to even. These digits are the same: they are
+// |value| * 10^decimals, rounded to an integer. Below 10^8 the product of two doubles is within
+// 10^-8 of the exact one. Unless it lies within 10^-6 of a half, both round to the same integer.
+// Values so close to a half, ties among them, and larger values are done with integers: a double is
+// m * 2^-s with m below 2^53, and m times 10^p is exact in 103 bits for up to 15 decimals p.
+// Shifted down by s it is the integer part. The bits shifted out are the exact rest, compared with
+// one half. std::to_chars, exact as well, takes whatever does not fit.
 #ifndef QUON5_COMPOSITE_NUMBER_FORMAT_H
 #define QUON5_COMPOSITE_NUMBER_FORMAT_H
 
@@ -17,13 +16,13 @@
 #include <cstdint>
 #include <cstring>
 
-// Room that one number needs at most: sign, 309 digits, point, up to 80 decimals.
+// Most room that one number takes: sign, 309 digits, point, up to 80 decimals.
 inline constexpr int NUMBER_SIZE = 400;
 
 namespace number_format {
 
-inline constexpr unsigned kShortDecimals = 7;  // up to which the short way goes
-inline constexpr double kShortLimit = 1e8;     // and below which integer
+inline constexpr unsigned kShortDecimals = 7;  // most decimals of the short way
+inline constexpr double kShortLimit = 1e8;     // its integers are below
 
 // The digits of 0 to 9999, the first one in the lowest byte.
 inline constexpr auto kFourDigits = [] {
@@ -34,9 +33,9 @@ inline constexpr auto kFourDigits = [] {
     return digits;
 }();
 
-// Writes `scaled`, below kShortLimit, with a decimal point before its last `decimals` digits, up to
-// kShortDecimals. Neither the number of digits nor the place of the point is worth a branch: eight
-// characters are written from the first digit on, and once more behind the point.
+// Writes `scaled` (below kShortLimit) with a decimal point before its last `decimals` digits (up to
+// kShortDecimals). It does not branch on the number of digits or the place of the point: it writes
+// eight characters from the first digit on, and once more behind the point.
 inline char* write_short(char* out, std::uint32_t scaled, unsigned decimals) {
     static_assert(std::endian::native == std::endian::little, "the first digit is the lowest byte");
     constexpr std::uint64_t kZeros = 0x3030303030303030;
@@ -53,18 +52,18 @@ inline char* write_short(char* out, std::uint32_t scaled, unsigned decimals) {
     return out + decimals + (decimals != 0 ? 1 : 0);
 }
 
-// The same as write_fixed for every value and number of decimals.
+// Writes any value with any number of decimals, as write_fixed does.
 char* write_any(char* out, double value, int decimals);
 
 }  // namespace number_format
 
 // Writes `value` to `out` (NUMBER_SIZE characters) exactly as printf("%.*f", decimals, value) does,
-// correctly rounded with ties to even, but NaN always as "nan". No terminating zero; characters
-// behind the text may be overwritten. Returns the end of the text.
+// correctly rounded with ties to even, but NaN always as "nan". Writes no terminating zero and may
+// overwrite characters behind the text. Returns the end of the text.
 inline char* write_fixed(char* out, double value, int decimals) {
     using namespace number_format;
     static constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
-    constexpr double kWhole = 0x1p52;  // from where all doubles are integers
+    constexpr double kWhole = 0x1p52;  // from here on all doubles are integers
     const auto places = static_cast<unsigned>(decimals);
     if (places <= kShortDecimals) [[likely]] {
         const double product = std::abs(value) * kPowersOfTen[places];

@@ -45,7 +45,7 @@ std::vector<CI_CHANNEL> specified_channels() {
 // The time and the synchronisation channel, and the searches for the phases of the test.
 class PhaseSearch {
  public:
-    // False, logged, when one of the two is not logged.
+    // Returns false, with an entry, when one of the two is not logged.
     bool find_channels() {
         int k = 0;
         for (const DATA_CHAN_INDICES row : {EM_TIME_CHAN, EM_SYNC_CHAN}) {
@@ -59,12 +59,13 @@ class PhaseSearch {
         return true;
     }
 
-    // The record that the last search met: one that meets none leaves it.
+    // First record of the last successful search.
     int record() const { return record_; }
 
-    // Searches the first record of `phase`. Returns false when there is none.
+    // Searches for the first record of `phase`. Returns false when there is none.
     bool search(SYNC_PHASES phase) {
-        const int met = load_phase(2, get_strt_time_, get_strt_time_[1].column_index, phase, phase);
+        const int met =
+            load_phase(2, get_strt_time_, logged_column(get_strt_time_[1]), phase, phase);
         if (met >= 0) record_ = met;
         return get_strt_time_[0].num_samples > 0;
     }
@@ -83,7 +84,7 @@ double start_time_offset(PhaseSearch& phases) {
     return 0.0;
 }
 
-// Opens the composite file; in append mode the sibling result files join the quon5 file first.
+// Opens the composite file. Append mode first appends the sibling result files to the quon5 file.
 FILE* open_composite_file() {
     if (append_mode()) {
         file_append(Quon6_filename, Quon5_output_filename);
@@ -96,7 +97,7 @@ FILE* open_composite_file() {
     return file;
 }
 
-// Writes the header lines and settles the columns on the way.
+// Writes the header lines and chooses the columns.
 class HeaderWriter {
  public:
     HeaderWriter(FILE* file, const EM_CHAN_INFO* em_chan, std::vector<CI_CHANNEL>& ci)
@@ -112,10 +113,10 @@ class HeaderWriter {
     }
 
  private:
-    // The position of the channel in the logger data, -1 when it is not logged. Until the time
-    // column is written, the time channel is no channel of another column.
+    // The position of the channel in the logger data, -1 when it is not logged. Before the time
+    // column is written, no other column may take the time channel.
     short find_column(const char* label) const {
-        const short first = find_logged_channel(label);
+        const short first = labels_.find(label);
         if (found_time_ || first != time_) return first;
         for (short j = static_cast<short>(time_ + 1); j < Num_chans_logged; ++j) {
             if (std::strcmp(All_chans[j].chan_name, label) == 0) return j;
@@ -169,8 +170,8 @@ class HeaderWriter {
         return "invalid_keywd";
     }
 
-    // The first entries of these lines belong to the time column; without any specified channel
-    // they are empty.
+    // The first entry of each of these lines belongs to the time column. Without specified channels
+    // it is missing.
     void write_units() {
         if (!ci_.empty()) fputs("sec", file_);
         for (const CI_CHANNEL& channel : ci_) {
@@ -199,8 +200,9 @@ class HeaderWriter {
     FILE* file_;
     const EM_CHAN_INFO* em_chan_;
     std::vector<CI_CHANNEL>& ci_;
-    std::vector<DESKEW_TIME> deskew_;                                         // parallel to ci_
-    const short time_ = find_logged_channel(Tr_em_data_chans[EM_TIME_CHAN]);  // it is logged
+    std::vector<DESKEW_TIME> deskew_;  // parallel to ci_
+    const LoggedLabels labels_;
+    const short time_ = labels_.find(Tr_em_data_chans[EM_TIME_CHAN]);  // it is logged
     bool found_time_ = false;
     bool write_comma_ = false;
 };
@@ -210,8 +212,7 @@ struct RecordRange {
     int stop_indx;
 };
 
-// The records from the first start record (or cycle record) to the first of the end of the overrun
-// data.
+// The records from the first start record, or else cycle record, up to the end of the overrun data.
 RecordRange record_range(PhaseSearch& phases) {
     if (!phases.search(PHASE_START)) phases.search(PHASE_CYCLE);
     const int strt_indx = phases.record();

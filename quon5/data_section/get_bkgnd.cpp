@@ -8,7 +8,7 @@
 
 namespace {
 
-// The sources of a background concentration, the preferred one first.
+// Sources of a background concentration, the preferred one first.
 constexpr struct {
     EMIS_ENTRIES entry;
     const char* method;

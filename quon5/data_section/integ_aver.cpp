@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kUnitsSize = 16;
 
-// `value` in default units; the value unchanged, logged, when it does not convert.
+// `value` in default units. A value that does not convert is logged and stays unchanged.
 double to_default(double value, const char* units) {
     double converted = value;
     const short status = units_dbl_to_def(value, units, &converted);
@@ -43,7 +43,7 @@ double aver(const double* data_ptr, int num_values) {
 }
 
 void cut_rate_units(char* units) {
-    // As strtok takes the first token: slashes at the beginning do not end it.
+    // Slashes at the beginning do not count, as with strtok.
     char* const slash = std::strchr(units + std::strspn(units, "/"), '/');
     if (slash != nullptr) *slash = '\0';
 }

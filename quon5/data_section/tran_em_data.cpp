@@ -44,12 +44,12 @@ void write_missing_value_row(short row, const char* units) {
     fprintf(Quon5_optr, "%10i %10s %s\n", row, "no_value", units);
 }
 
-// The row of the value of `keywd` in the open keyword file `file`, named `filename`.
+// Writes the value of `keywd` in the open keyword file `file`, named `filename`.
 void write_keyword_row(const Row& row, FILE* file, const char* filename, const char* keywd) {
     process_keywd_value(file, filename, keywd, row.number, row.units);
 }
 
-// `value` in `units_out`; the value unchanged, logged, when it does not convert.
+// `value` in `units_out`. A value that does not convert is logged and stays unchanged.
 double converted_or_unchanged(double value, const char* units_in, const char* units_out) {
     double converted = value;
     if (units_dbl_keyword_convrt(value, units_in, &converted, units_out) != 0) {
@@ -80,8 +80,8 @@ double last_sample(const FLOGER_DATA_INFO& channel) {
     return channel.data_ptr[channel.num_samples - 1];
 }
 
-// Row 8 from the fuel-consumed channel, over the start records and the cycle. False, logged, when
-// it has no samples.
+// Writes row 8 from the fuel-consumed channel, over the start records and the cycle. Returns false,
+// and logs it, without samples.
 bool write_fuel_consumed(short sync_column) {
     const FLOGER_DATA_INFO& fuel = Get_chans[EM_FUEL_CONSUMED];
     load_test(NUM_EM_DATA_LBLS, Get_chans, sync_column, fuel);
@@ -95,8 +95,8 @@ bool write_fuel_consumed(short sync_column) {
     return true;
 }
 
-// Row 8 of older test specifications, over the cycle: what the fuel counter rose, and what the
-// fuel weight fell.
+// Writes row 8 of older test specifications: the rise of the fuel counter plus the fall of the fuel
+// weight over the cycle.
 void write_fuel_by_counter_and_weight() {
     const FLOGER_DATA_INFO& counter = Get_chans[EM_FUEL_CTR];
     const FLOGER_DATA_INFO& weight = Get_chans[EM_FUEL_WT];
@@ -104,7 +104,11 @@ void write_fuel_by_counter_and_weight() {
     bool complete = true;
     for (const FLOGER_DATA_INFO* channel : {&counter, &weight}) {
         if (channel->num_samples > 0) continue;
-        report_label_not_found(channel->chan_name);
+        if (find_logged_channel(channel->chan_name) < 0) {
+            report_label_not_found(channel->chan_name);
+        } else {
+            LOG(NO_FUEL_RECORDS, channel->chan_name);
+        }
         complete = false;
     }
     if (!complete) return write_missing_value_row(row, units);
@@ -115,8 +119,8 @@ void write_fuel_by_counter_and_weight() {
     write_value_row(row, counted + weighed, units);
 }
 
-// The dryer channels of the continuous analysers. A species stands under its long-form name, or
-// else under its short-form index.
+// The dryer channels of the continuous analysers. A species is found by its long-form name, or else
+// by its short-form index.
 void process_dryer_channels() {
     static constexpr struct {
         const char* long_form;
@@ -204,7 +208,7 @@ short tran_em_data(short /*cell_num*/, const FLOGER_DATA_INFO* /*all_chans*/,
     if (restrictions == nullptr) return -1;
 
     build_fetch_list();
-    const short sync_column = Get_chans[EM_SYNC_CHAN].column_index;
+    const short sync_column = logged_column(Get_chans[EM_SYNC_CHAN]);
     load_phase(NUM_EM_DATA_LBLS, Get_chans, sync_column, PHASE_CYCLE, PHASE_OVERRUN);
     const FLOGER_DATA_INFO& barometer = Get_chans[EM_BAROMETER];
     const double mean = aver(barometer.data_ptr, barometer.num_samples);

@@ -8,10 +8,10 @@
 
 namespace {
 
-// The options of a group that is written; the groups of fluid streams have none.
+// A group and its options. The groups of fluid streams have none.
 struct Group {
     const EMIS_MEMBER* options;  // two
-    bool with_keyword;           // a PAM keyword that is not empty is written too
+    bool with_keyword;           // writes the PAM keyword too, unless empty
 };
 
 void write_group(const Group& group, const char* keyword) {

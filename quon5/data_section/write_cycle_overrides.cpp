@@ -29,7 +29,8 @@ struct RunIdentity {
     }
 };
 
-// The position of `name` among the first `count` of `names`; -1, logged as `NotFound`, without.
+// Returns the position of `name` among the first `count` of `names`, or logs `NotFound` and
+// returns -1.
 template <MESSAGE_NAME NotFound, std::size_t N>
 short find_or_report(const char (&names)[N][80], short count, const char* name) {
     const short index = find_name(names, count, name);

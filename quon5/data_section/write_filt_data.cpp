@@ -16,19 +16,19 @@
 
 namespace {
 
-// The rows of Tr_em_data_chans that hold the labels, by FILT_DATA_CHAN_INDICES.
+// Rows of Tr_em_data_chans with the labels, by FILT_DATA_CHAN_INDICES.
 constexpr DATA_CHAN_INDICES kLabelRows[NUM_FD_DATA_LBLS] = {
     EM_TOT_MPS_FILT_FLOW, EM_TOT_MPS_SEC_DIL_FLOW, EM_TOT_MPS_PROB_DIL_FLOW, EM_SYNC_CHAN,
     EM_TIME_CHAN};
 
-// A gas volume that passed a flow meter.
+// A gas volume through a flow meter, up to the record behind the last sample.
 struct Volume {
     double value;
     char units[16];
 
     Volume(const FLOGER_DATA_INFO& flow, const FLOGER_DATA_INFO& time)
-        : value(printable(
-              integrate(flow.data_ptr, flow.units, flow.num_samples, time.data_ptr, time.units))) {
+        : value(printable(integrate(flow.data_ptr, flow.units, flow.num_samples + 1, time.data_ptr,
+                                    time.units))) {
         copyn(units, flow.units);
         cut_rate_units(units);
     }
@@ -47,7 +47,7 @@ void write_filter_data(double barometer, double floger_cycle_time) {
         const short position = find_logged_channel(Tr_em_data_chans[kLabelRows[i]]);
         if (position >= 0) ask_for_channel(get_list[i], position);
     }
-    const short sync_column = get_list[FD_SYNC_CHAN].column_index;
+    const short sync_column = logged_column(get_list[FD_SYNC_CHAN]);
     const FLOGER_DATA_INFO& time = get_list[FD_TIME_CHAN];
 
     double test_duration = floger_cycle_time;

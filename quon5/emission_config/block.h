@@ -6,10 +6,10 @@
 
 #include "quon5/process_records.h"
 
-// What the blocks need to know of the run.
+// Facts of the run for the blocks.
 struct RUN_FACTS {
     short sync_column;          // of the synchronisation channel in the log
-    const char* mps_filter_id;  // possibly empty
+    const char* mps_filter_id;  // may be empty
     short cycle_index;          // the run's cycle in the test specification, -1 when not found
 };
 
@@ -19,8 +19,8 @@ inline void write_keyword_line(short& write_keywd, const char* keyword) {
     write_keywd = 0;
 }
 
-// The keyword line stands before the first entry line and stands once; a block without entry lines
-// has none. An empty line closes a block that has its keyword line.
+// One keyword line stands before the first entry line, and an empty line closes the block. A block
+// without entry lines has neither.
 class Block {
  public:
     Block(EMIS_ENTRIES entry_of_block, const char* keyword, const RUN_FACTS& facts)
@@ -38,7 +38,7 @@ class Block {
     // The block gets no closing empty line.
     void leave_open() { write_keywd_ = 1; }
 
-    // For operations that keep the rule themselves.
+    // For operations that write the keyword line themselves.
     short* write_keywd() { return &write_keywd_; }
     const char* keyword() const { return keyword_; }
 

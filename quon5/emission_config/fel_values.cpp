@@ -58,7 +58,7 @@ constexpr CYCLE_KEYCODE fel_ci_spec_cycle[kNumCycleRows][2] = {FEL_CYCLE_ROWS(QU
 #undef QUON5_KEYWORD
 #undef QUON5_CODES
 
-// `keys` are those of the run's map or cycle, `codes` the limit's two columns of them.
+// `keys` are the keys of the run's map or cycle, `codes` those of the limit and of its digits.
 template <class KEYCODE>
 void write_line(const char* fel_keyword, const KEYCODE (&codes)[2], const CI_MEMBER* keys,
                 short& write_keywd, const char* keyword) {
@@ -80,7 +80,7 @@ void write_map_values(Block& block) {
 
 }  // namespace
 
-// From version 4 of the test specification on the limits stand with the cycles.
+// The cycles have the limits from version 4 of the test specification on.
 void write_fel_values(Block& block) {
     if (Version_cvsci <= 3) return write_map_values(block);
     for (short i = 0; i < kNumCycleRows; ++i) {

@@ -4,12 +4,12 @@
 
 #include "quon5/emission_config/block.h"
 
-// Writes the limits that the test specification gives, with their units and significant digits:
-// those of the run's cycle from version 4 of the specification on, before it those of its map.
+// Writes the limits of the test specification with their units and significant digits. From version
+// 4 on the run's cycle has them, before it the run's map. An unknown map or cycle has none.
 void write_fel_values(Block& block);
 
-// Writes the limit of row `index` (0 to 21) of the run's cycle, after the keyword line `keyword`
-// while `*write_keywd` is 1.
+// Writes the limit of row `index` (0 to 21) of the run's cycle. Writes the keyword line `keyword`
+// first while `*write_keywd` is 1.
 void fel_cycles(short index, short* write_keywd, const char* keyword);
 
 #endif

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int kWrittenLeakKeywords = 16;  // of the 36 slots
+constexpr int kWrittenLeakKeywords = 16;  // of 36 slots
 
 void write_bench_leak_test(Block& block, const LEAK_TEST& test) {
     block.begin_line();
@@ -35,7 +35,7 @@ void write_ftir_leak_test(Block& block, const LEAK_TEST_FTIR& test) {
     fprintf(Quon5_optr, "%s\n", test.flo_keywds_date);
 }
 
-// The options of one source. `option_indent` and `species_indent` begin its lines.
+// Writes the options of one source. `option_indent` and `species_indent` begin its lines.
 void write_options(Block& block, const OPTIONS (&options)[NUM_CHEM_BAL_OPTIONS],
                    const char* option_indent, const char* species_indent) {
     constexpr int kWaterOfGas = 1;  // rows of Chem_bal_species whose values have units
@@ -128,8 +128,8 @@ void write_chem_balance(Block& block) {
     write_options(block, Ftir.chem_bal.options, "", "\t");
 }
 
-// Every run has these lines, outside the keyword-line rule: the keyword is what the bench file
-// gave, and the block ends with an empty line of its own.
+// Every run has these lines, whatever the rule for keyword lines: the keyword comes from the bench
+// file, and the block writes its own empty line.
 void write_exhaust_flow(Block& /*block*/) {
     const CONT_RAW_EXH_FLOW_OPTS& options = Emis_data.exh_flow_opts;
     fprintf(Quon5_optr, "%s\n", options.emis_keywd);

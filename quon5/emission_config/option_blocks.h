@@ -1,4 +1,4 @@
-// The blocks of the emission configuration section whose lines are not one per species.
+// The blocks of the emission configuration section without one line per species.
 #ifndef QUON5_EMISSION_CONFIG_OPTION_BLOCKS_H
 #define QUON5_EMISSION_CONFIG_OPTION_BLOCKS_H
 

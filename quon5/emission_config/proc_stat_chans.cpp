@@ -12,13 +12,14 @@ namespace {
 constexpr int kMaxPositions = 101;  // the time channel and 100 statistical channels
 
 struct FetchList {
+    const LoggedLabels labels;
     FLOGER_DATA_INFO entry[kMaxPositions] = {};
     short count = 0;
 
-    // Adds the channel `label` when it is logged, with its statistics entry: the one before its
-    // position, so that the first statistical channel takes over the time channel's.
+    // Adds the channel `label` when it is logged. Its statistics entry stands one before its
+    // position, so the first statistical channel takes over the time channel's entry.
     void add(const char* label, const char* keyword) {
-        const short position = label[0] == '\0' ? short{-1} : find_logged_channel(label);
+        const short position = label[0] == '\0' ? short{-1} : labels.find(label);
         if (position < 0) return;
         ask_for_channel(entry[count], position);
         STAT_CHANS& channel = Emis_data.stat_chans[std::max(count - 1, 0)];

@@ -12,12 +12,12 @@ bool is_measured(short species) {
     return Species_measrd[species] == 1;
 }
 
-// A text that may be missing, as "%s ".
+// Writes "%s ", or nothing for an empty text.
 void write_unless_empty(const char* text) {
     if (text[0] != '\0') fprintf(Quon5_optr, "%s ", text);
 }
 
-// The value lines of the measured species ([species]).
+// Writes the value lines of the measured species ([species]).
 void write_measured(Block& block, const EMIS_MEMBER (&members)[NUM_SPECIES_ROWS]) {
     for (short species = 0; species < NUM_SPECIES_ROWS; ++species) {
         const EMIS_MEMBER& member = members[species];
@@ -29,8 +29,8 @@ void write_measured(Block& block, const EMIS_MEMBER (&members)[NUM_SPECIES_ROWS]
     }
 }
 
-// The FTIR channels of the entry, after the bench's species. They open the block with the entry's
-// own keyword, whatever the bench would open it with.
+// Writes the FTIR channels of the entry, after the bench's species. They open the block with the
+// entry's own keyword, even where the bench uses another.
 void write_ftir_channels(Block& block) {
     const FTIR_GENERIC& generic = Ftir.emKeywd[block.entry];
     if (generic.active != 1) return;
@@ -58,8 +58,7 @@ void write_choice(Block& block, const MEASURE_CHOICES& choice) {
     write_choice_line(choice.emis_keywd, choice.keywd_sampl, choice.method, choice.keywd_bkgrd);
 }
 
-// What a run without any summary or primary choice measured: each species by its own continuous
-// channel.
+// Without summary and primary choices, each species is measured by its own continuous channel.
 void write_default_choice(Block& block, short species) {
     block.begin_line();
     if (species == CVS_CH4 || species == CVS_NMHC || !is_measured(species)) return;
@@ -109,7 +108,7 @@ void write_contamination(Block& block) {
 void write_dates(Block& block) {
     for (const EMIS_DATE& entry : Emis_data.date[date_row(block.entry)]) {
         if (entry.active != 1) continue;
-        // The block of the background dates is preceded by an empty line.
+        // An empty line precedes the block of the background dates.
         if (block.entry == BACKGND_DATE_TIME && block.is_empty()) fputs("\n", Quon5_optr);
         block.begin_line();
         fprintf(Quon5_optr, "     %s %s \n", entry.keywd, entry.date);
@@ -127,7 +126,7 @@ void write_summary_choices(Block& block) {
     block.leave_open();
 }
 
-// A choice takes back no default choice of a species before it.
+// A primary choice does not take back the default choices of the species before it.
 void write_primary_choices(Block& block) {
     SpeciesChoices summary = choices_of(SUMMARY_DATABASE_CHOICES);
     bool found = std::any_of(std::begin(summary), std::end(summary), is_active);

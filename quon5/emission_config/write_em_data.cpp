@@ -13,8 +13,7 @@ namespace {
 
 void write_nothing(Block& /*block*/) {}
 
-// The blocks that are not like most: a block holds the value entries of its entry, below the
-// entry's keyword.
+// Exceptions to the default: a block holds the values of its entry below the entry's keyword.
 constexpr struct Exception {
     EMIS_ENTRIES entry;
     void (*write)(Block& block);

@@ -4,8 +4,7 @@
 #define QUON5_EMISSION_CONFIG_WRITE_EM_DATA_H
 
 // Appends the section: one block per entry of EMIS_ENTRIES, in order. `srch_chan_indx` is the
-// column of the synchronisation channel, `mps_filter_id` the filter identifier of the run, possibly
-// empty.
+// column of the synchronisation channel, `mps_filter_id` the filter identifier, which may be empty.
 void write_emis_data(short srch_chan_indx, const char* mps_filter_id);
 
 #endif

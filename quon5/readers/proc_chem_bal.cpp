@@ -22,11 +22,10 @@ bool group_takes(short group, short species) {
     return (group == 0) == (species < kDilutionSpecies);
 }
 
-// Reads option groups into `options`, from the line in `line` on: each is an option name followed
-// by species lines. A species line that `accept(group, species, token)` refuses is not stored, a
-// species of another group is skipped. Returns with the line in `line` that is neither a species of
-// the group nor an option name, and the status of its reading (0 when no line was read, -1 at the
-// end of the file).
+// Reads option groups into `options`, from the line in `line` on. A group is an option name and the
+// species lines below it. Species of other groups, and those that `accept(group, species, token)`
+// refuses, are skipped. Reading stops at a line with neither species nor option name. Leaves it in
+// `line` and returns its status (0 when no line was read, -1 at the end of the file).
 template <class Accept>
 short walk_chem_balance(FILE* file, char* line, OPTIONS (&options)[NUM_CHEM_BAL_OPTIONS],
                         Accept accept) {

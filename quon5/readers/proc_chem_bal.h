@@ -4,9 +4,9 @@
 
 #include <cstdio>
 
-// Reads option groups into Emis_data.chem_bal, from the data line in `line` (LINE_SIZE) on. Returns
-// the status of the last line read (0 when none was), which is left in `line`; a line that opens no
-// group is left for the caller to pass over.
+// Reads option groups into Emis_data.chem_bal, from the data line in `line` (LINE_SIZE) on. Leaves
+// the last line read in `line` and returns its status, 0 when no further line was read. The caller
+// passes over a line that opens no group.
 short process_chem_balance(FILE* em_cart_ptr, char* line);
 
 #endif

@@ -12,10 +12,10 @@
 
 namespace {
 
-constexpr short kFirstSpecies = 6;  // token at which the species list begins
+constexpr short kFirstSpecies = 6;  // first token of the species list
 constexpr std::size_t kDateLength = 19;
 
-// Stores the last token when it is a date; a token that is neither a date nor "-" is logged.
+// Stores the last token when it is a date. Logs it when it is neither a date nor "-".
 void store_date(LEAK_TEST& test, char* last) {
     if (std::strlen(last) == kDateLength) {
         copyn(test.date, last);
@@ -27,7 +27,7 @@ void store_date(LEAK_TEST& test, char* last) {
     }
 }
 
-// Stores the species at tokens kFirstSpecies to `end` - 1; unknown ones are logged as `Unknown`.
+// Stores the species at tokens kFirstSpecies to `end` - 1. Logs unknown ones as `Unknown`.
 template <MESSAGE_NAME Unknown>
 void store_species(LEAK_TEST& test, const LineTokens& token, short end) {
     int slot = 0;

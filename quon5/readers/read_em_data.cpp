@@ -40,9 +40,9 @@ class BenchReader {
     }
 
  private:
-    // What is done with a data line of a section.
+    // Stores a data line of a section.
     using StoreLine = void (BenchReader::*)(EMIS_ENTRIES entry);
-    // The sections whose lines are no value entries.
+    // The sections without value entries.
     struct Exception {
         EMIS_ENTRIES entry;
         StoreLine store;
@@ -50,7 +50,7 @@ class BenchReader {
     static const Exception kExceptions[15];
     static StoreLine store_of(EMIS_ENTRIES entry);
 
-    // The species that `tag` names; -1, logged as `Unknown`, when it names none.
+    // Returns the species of `tag`, or logs `Unknown` and returns -1.
     template <MESSAGE_NAME Unknown>
     static short species_of(const char* tag) {
         const short species = string_to_indexN(tag, SPECIES_MAP);
@@ -58,8 +58,8 @@ class BenchReader {
         return species;
     }
 
-    // What value and contamination entries share: tag, PAM keyword, value and units, of which the
-    // last two may be missing from the line.
+    // Fills the common fields of value and contamination entries: tag, PAM keyword, value, units.
+    // The line may lack the last two.
     template <class Entry>
     static void fill_value_entry(Entry& entry, const LineTokens& token, short species) {
         entry.active = 1;
@@ -100,8 +100,8 @@ class BenchReader {
         copyn(row.date, token[1]);
     }
 
-    // Sample name, train name, species. The first line has the particulate cart's sample read too;
-    // lines after the second are passed over.
+    // Sample name, train name, species. The first line also reads the particulate cart's sample.
+    // Lines after the second are passed over.
     void store_prop_sample(EMIS_ENTRIES /*entry*/) {
         found_prop_smpl_ = true;
         if (prop_smpl_ >= kBenchPropSamples) return;
@@ -123,13 +123,13 @@ class BenchReader {
         process_choices(entry, token[0], token[1], token[2], token[3]);
     }
 
-    // Both leak test sections share the one running number.
+    // Both leak test sections share one running number.
     void store_leak_test(EMIS_ENTRIES /*entry*/) {
         process_leak_test(leak_, line_);
         if (leak_.value < SHRT_MAX) ++leak_.value;
     }
 
-    // Reads the rest of the section itself, or up to a line that is no option.
+    // Reads on to the end of the section, or to a line that is no option.
     void store_chem_balance(EMIS_ENTRIES /*entry*/) { process_chem_balance(file_, line_); }
 
     void store_exhaust_flow(EMIS_ENTRIES entry) {

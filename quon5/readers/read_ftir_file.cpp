@@ -17,15 +17,15 @@
 namespace {
 
 constexpr int kMaxLines = NUM_FTIR_CHANS;  // data lines of a section
-constexpr short kFirstLeakChannel = 6;     // token at which the channel list begins
+constexpr short kFirstLeakChannel = 6;     // first token of the channel list
 
-// Deskew channels that belong to the bench or the particulate cart file, by channel name.
+// Deskew channels of the bench or the particulate cart file, by channel name.
 constexpr FTIR_CHANS_INDICIES kForeignDeskewChannels[] = {
     CVS_CD_CO2_MEA, CVS_CD_CO_MEA, CVS_CD_NO_MEA, CVS_CD_NOX_MEA, CVS_CW_CO2_MEA,
     CVS_CW_CO_MEA,  CVS_CW_HC_MEA, CVS_CW_NO_MEA, CVS_CW_NOX_MEA, EXH_CW_HC_MEA,
 };
 
-// The messages of a kind of section for an entry that fails the entry test.
+// The messages for an entry that fails the entry test, by kind of section.
 struct EntryMessages {
     MESSAGE_NAME unknown_channel;
     MESSAGE_NAME bad_extension;
@@ -59,8 +59,8 @@ class FtirReader {
     void read() {
         short status = get_next_line(file_, line_);
         while (status > 0) {
-            // A section handler leaves the line that ended its section; one that is no keyword
-            // line is passed over, like the lines of a section that is not accepted.
+            // A section handler leaves the line that ended its section. A line other than a keyword
+            // line is passed over, as in an unknown section.
             status = line_[0] == '@' ? read_section() : get_next_line(file_, line_);
         }
     }
@@ -89,8 +89,9 @@ class FtirReader {
         LOG(Ignored, text, filename_, Spec_file_line_count);
     }
 
-    // The entry test: is `keyword` an FTIR channel, with a valid extension if any, of the test
-    // specification? All but the last failure are logged.
+    // The entry test: `keyword` must be an FTIR channel, with a valid extension, if any. A deskew
+    // channel must not belong to another file. The test specification must have the keyword; only
+    // this failure is not logged.
     template <EntryMessages Texts>
     bool accepts(const char* keyword) const {
         const short channel = string_to_indexN(trim_keyword(keyword), FTIR_CHANS_MAP);
@@ -110,8 +111,8 @@ class FtirReader {
         return chk_pkw_in_cvsci_specs(keyword) == 1;
     }
 
-    // Hands the tokens of the data lines of a section whose token `keyword_at` passes the entry
-    // test to `store`, of kMaxLines lines at most.
+    // Tokenizes the data lines of a section, kMaxLines at most. Hands a line to `store` when its
+    // token `keyword_at` passes the entry test.
     template <EntryMessages Texts, class Store>
     short read_entries(int keyword_at, Store store) {
         int lines = 0;
@@ -123,8 +124,8 @@ class FtirReader {
         });
     }
 
-    // True while a list that runs on over the sections of its keyword takes one more entry. A full
-    // list is logged once per section.
+    // True while a list has room for one more entry. A list goes on over all sections of its
+    // keyword. A full list is logged once per section.
     bool has_room(short count, bool& reported) const {
         if (count < NUM_FTIR_CHANS) return true;
         if (!reported) {

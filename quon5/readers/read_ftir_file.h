@@ -1,20 +1,19 @@
-// The FTIR file, and the PAM keywords of FTIR channels: a channel name, and perhaps an '@' and an
+// The FTIR file, and the PAM keywords of FTIR channels: a channel name, perhaps with '@' and an
 // extension.
 #ifndef QUON5_READERS_READ_FTIR_FILE_H
 #define QUON5_READERS_READ_FTIR_FILE_H
 
-// Registers the FTIR channel names and the entry keywords in their index maps and reads the file
-// `filename` into Ftir, which is zero when the file cannot be opened. An entry is accepted only
-// when its channel is an FTIR channel with a valid extension and belongs to the test
-// specification. Problems are logged.
+// Registers the FTIR channel names and the entry keywords in their index maps, and reads the file
+// `filename` into Ftir. Ftir is zero when the file cannot be opened. An entry needs an FTIR channel
+// with a valid extension, if any, that belongs to the test specification. Problems are logged.
 void read_ftir_file(const char* filename);
 
-// 1 when the text after the first '@' of `token` is a valid extension: one of the letter forms L R
-// F LF LR LM RF RR RM, or a text whose leading integer is 1 to 99. Else 0.
+// 1 when the text after the first '@' of `token` is a valid extension: L, R, F, LF, LR, LM, RF, RR,
+// RM, or a text whose leading integer is 1 to 99. Else 0.
 short valid_keywd_extension(const char* token);
 
-// The channel name of `token`: its text before the '@' (a leading '@' stays). The result stands
-// until the next call.
+// The channel name of `token`: its text before the '@' (a leading '@' stays). The next call
+// overwrites the result.
 char* trim_keyword(const char* token);
 
 #endif

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::size_t kIdentifierSize = 32;  // of identifiers, although their fields are wider
+constexpr std::size_t kIdentifierSize = 32;  // identifiers are cut, although their fields are wider
 
 // Each stores one data line of the section of `pcd_index`.
 

@@ -1,4 +1,4 @@
-// What the readers of the keyword files share.
+// Shared parts of the readers of keyword files.
 #ifndef QUON5_READERS_SECTION_H
 #define QUON5_READERS_SECTION_H
 
@@ -9,7 +9,7 @@
 
 using LineTokens = TOKENS<15>;  // the tokens of a data line
 
-// Keeps Spec_file_line_count while a second file is read in the middle of another.
+// Keeps Spec_file_line_count while another file is read in between.
 class SAVED_LINE_COUNT {
  public:
     SAVED_LINE_COUNT() = default;
@@ -21,8 +21,8 @@ class SAVED_LINE_COUNT {
     short line_count_ = Spec_file_line_count;
 };
 
-// The fields that begin every leak test line, whichever file it stands in: train, train number,
-// flow value and units, leak value. Missing ones are empty.
+// Fills the fields that begin every leak test line of any file: train, train number, flow value and
+// units, leak value. Missing ones are empty.
 template <class LeakTest, class Tokens>
 void fill_leak_test(LeakTest& test, const Tokens& token) {
     copyn(test.train, token[0]);

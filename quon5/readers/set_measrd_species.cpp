@@ -11,7 +11,7 @@
 
 namespace {
 
-// Mappings that hold unless the file says otherwise.
+// Default mappings.
 constexpr struct {
     EM_CART_SPECIES species;
     const char* pam_keyword;
@@ -22,7 +22,7 @@ constexpr struct {
     {BST_SVF_WET_MEA, "BST_SVF_WET_MEA"},
 };
 
-// Gives a long-form tag the index `next`. False, logged, when it cannot have it.
+// Gives a long-form tag the index `next`. Returns false, and logs it, when that fails.
 bool add_long_form(const char* tag, short next) {
     if (check_keyword(tag, CHANNEL_KEYWORD) != 0) {
         LOG(TAG_NOT_IN_KEYWORD_MEMORY, tag);
@@ -45,6 +45,7 @@ WET_DRY_MEA basis_of(const char* pam_keyword) {
 
 void set_measrd_species(FILE* em_cart_ptr, EM_CHAN_INFO* em_cart_info) {
     std::memset(Species_measrd, 0, sizeof Species_measrd);
+    std::memset(Em_species_map, 0, sizeof Em_species_map);
     for (const auto& entry : kDefaults) {
         copyn(Em_species_map[entry.species], entry.pam_keyword);
     }

@@ -1,4 +1,4 @@
-// The species mapping of the emission bench file: which channel measures which species.
+// The species mapping of the emission bench file: the channel of each measured species.
 #ifndef QUON5_READERS_SET_MEASRD_SPECIES_H
 #define QUON5_READERS_SET_MEASRD_SPECIES_H
 
@@ -7,8 +7,8 @@
 #include "inc/emission_channels.h"
 
 // Reads the section "@SPECIES_TAG_TO_KEYWORD_MAPPING" of the open emission bench file into
-// Em_species_map and Species_measrd. A tag that is no short-form species takes the next index from
-// 16 on, with its PAM keyword also in `em_cart_info` (36 rows by species index).
+// Em_species_map and Species_measrd. A long-form tag takes the next index from 16 on; its PAM
+// keyword also goes into `em_cart_info` (36 rows by species index).
 void set_measrd_species(FILE* em_cart_ptr, EM_CHAN_INFO* em_cart_info);
 
 #endif

@@ -1,5 +1,6 @@
 #include "quon5/timing/data_defn.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <limits>
@@ -20,29 +21,28 @@ namespace {
 
 constexpr char kVariableCycles[] = "@TR_EM_VARIABLE_LENGTH_REF_CYCLE_NAMES";
 
-int count_logged(SpecChannels channels) {
-    int n = 0;
-    short position = 0;
-    for (const CI_CHANNEL& channel : channels) n += check_label_in_logr(channel.label, &position);
-    return n;
+int count_logged(const LoggedLabels& labels, SpecChannels channels) {
+    return static_cast<int>(
+        std::count_if(channels.begin(), channels.end(),
+                      [&](const CI_CHANNEL& channel) { return labels.find(channel.label) >= 0; }));
 }
 
-// Counts the logged channels of the subsystems and notes which were active. A subsystem whose
-// logical variable is not logged ends the count.
-int count_subsystem_channels() {
+// Counts the logged channels of the subsystems and notes the active ones. A subsystem without a
+// logged logical variable ends the count.
+int count_subsystem_channels(const LoggedLabels& labels) {
     const CVS_CI& ci = Customer_input;
     int n = 0;
     short s = 0;
     for (const CI_CHANNEL& logical : subsystem_channels(ci)) {
-        short position = 0;
-        if (check_label_in_logr(logical.label, &position) == 0) {
+        const short position = labels.find(logical.label);
+        if (position < 0) {
             LOG(SUBSYSTEM_NOT_LOGGED, logical.label);
             return n;
         }
         ++n;
         if (All_chans[position].data_ptr[0] > 0.0) {
             Subsys_logi_var_values[s] = 1;
-            n += count_logged(subsystem_group_channels(ci, s));
+            n += count_logged(labels, subsystem_group_channels(ci, s));
         }
         ++s;
     }
@@ -51,10 +51,11 @@ int count_subsystem_channels() {
 
 short count_channels() {
     const CVS_CI& ci = Customer_input;
-    int n = 1 + count_logged(ai_channels(ci)) + count_logged(ecm_channels(ci)) +
-            count_logged(data_channels(ci));
-    for (short g = 0; g < ci.num_chn_groups; ++g) n += count_logged(group_channels(ci, g));
-    return static_cast<short>(n + count_subsystem_channels());
+    const LoggedLabels labels;
+    int n = 1 + count_logged(labels, ai_channels(ci)) + count_logged(labels, ecm_channels(ci)) +
+            count_logged(labels, data_channels(ci));
+    for (short g = 0; g < ci.num_chn_groups; ++g) n += count_logged(labels, group_channels(ci, g));
+    return static_cast<short>(n + count_subsystem_channels(labels));
 }
 
 // The synchronisation and the time channel, loaded together.
@@ -69,17 +70,17 @@ struct TimingChannels {
         if (time >= 0) ask_for_channel(entry[TIME], time);
     }
     int load(int from, int to) {
-        return load_phase(NUM_ENTRIES, entry, entry[SYNC].column_index, from, to);
+        return load_phase(NUM_ENTRIES, entry, logged_column(entry[SYNC]), from, to);
     }
     int num_records() const { return entry[SYNC].num_samples; }
-    // The time at a position of the stretch, up to num_records(); NaN when it is not logged.
+    // The time at a position of the stretch, up to num_records(); NaN when time is not logged.
     double time(int position) const {
         return entry[TIME].num_samples > 0 ? entry[TIME].data_ptr[position]
                                            : std::numeric_limits<double>::quiet_NaN();
     }
 };
 
-// The fixed cycle time that the logger data file gives, in the units of the time channel.
+// The fixed cycle time of the logger data file, in the time channel's units.
 double fixed_cycle_time(const char* time_units) {
     char text[ENTRY_SIZE];
     char units[16];
@@ -92,12 +93,12 @@ double fixed_cycle_time(const char* time_units) {
 }
 
 struct CycleEnd {
-    bool found;  // there are records around the time at which the cycle ends
+    bool found;  // there are records around the end of the cycle
     int record;
     double time;
 };
 
-// The record nearest to the time `target`; of two that are equally near, the later one.
+// The record nearest to the time `target`; of two equally near ones, the later.
 CycleEnd find_cycle_end(TimingChannels& channels, double target) {
     FLOGER_SRCH_INFO strt{};
     strt.srch_opt = GE;
@@ -170,6 +171,10 @@ void count_cycle_by_time(TimingChannels& channels, int first_record, double star
 Phases measure_phases(const FLOGER_DATA_INFO* all_chans) {
     TimingChannels channels;
     Phases phases{};
+    if (logged_column(channels.entry[TimingChannels::SYNC]) < 0) {
+        LOG(SYNC_NOT_LOGGED, Tr_em_data_chans[EM_SYNC_CHAN]);
+        Run_outcome.results_doubtful = true;
+    }
     channels.load(PHASE_START, PHASE_CYCLE);
     phases.start = channels.num_records();
     const int first_record = channels.load(PHASE_CYCLE, PHASE_OVERRUN);

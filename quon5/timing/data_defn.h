@@ -4,14 +4,14 @@
 
 #include "inc/logger_channels.h"
 
-// Sets `num_chans` to the number of specified channels that are logged, plus one, with
-// Subsys_logi_var_values on the way; the counts to the numbers of start, cycle and overrun records;
-// `floger_cycle_time` to the cycle's duration in the units of the time channel. In a cycle of fixed
-// length the cycle records are counted by time.
+// Sets `num_chans` to the number of specified channels that are logged, plus one, the counts to the
+// numbers of start, cycle and overrun records, and `floger_cycle_time` to the cycle's duration in
+// the time channel's units. Fills Subsys_logi_var_values on the way. The records of a cycle of
+// fixed length are counted by time.
 void data_defn(short* num_chans, int* num_strt_sets, int* num_cycle_sets, int* num_overrun_sets,
                const FLOGER_DATA_INFO* all_chans, double* floger_cycle_time);
 
-// 1 when the run's reference cycle is listed in the orda specs file as one of variable length.
+// 1 when the orda specs file lists the run's reference cycle as of variable length.
 short variable_cycle_time();
 
 #endif

@@ -24,7 +24,7 @@ short copy_time_of_test(char* start_time) {
     return -1;
 }
 
-// Formats seconds since the start of 1970, cut to whole seconds. False when they are no time.
+// Formats seconds since the start of 1970, cut to whole seconds. False for an impossible time.
 bool format_local_time(double seconds, char* start_time) {
     constexpr double kFirstBeyond = 9.2e18;  // a time_t holds less
     if (!(std::fabs(seconds) < kFirstBeyond)) return false;
@@ -41,12 +41,12 @@ short get_start_of_test(char* start_time) {
     FLOGER_DATA_INFO get_list[NUM_ENTRIES] = {};
     const short sync = find_last_logged_channel(Tr_em_data_chans[EM_SYNC_CHAN]);
     const short sys_time = find_last_logged_channel("sys_time");
-    // A channel that is the synchronisation channel is not the system time as well.
+    // One channel cannot be both synchronisation channel and system time.
     if (sys_time < 0 || sys_time == sync) return copy_time_of_test(start_time);
     if (sync >= 0) ask_for_channel(get_list[SYNC], sync);
     ask_for_channel(get_list[SYS_TIME], sys_time);
 
-    const short sync_column = get_list[SYNC].column_index;
+    const short sync_column = logged_column(get_list[SYNC]);
     load_phase(NUM_ENTRIES, get_list, sync_column, PHASE_START, PHASE_START);
     if (get_list[SYNC].num_samples <= 0) {
         load_phase(NUM_ENTRIES, get_list, sync_column, PHASE_CYCLE, PHASE_CYCLE);

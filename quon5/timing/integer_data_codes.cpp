@@ -10,7 +10,7 @@
 
 namespace {
 
-// A cycle name without what follows it in brackets.
+// The part of a cycle name before its bracket.
 std::string_view name_before_bracket(const char* name) {
     return std::string_view(name).substr(0, std::strcspn(name, "["));
 }
@@ -24,7 +24,7 @@ short reference_cycle_code() {
             break;
         }
     }
-    constexpr short kAlias = 36;  // known to the emission calculation as 12
+    constexpr short kAlias = 36;  // the emission calculation knows it as 12
     return code == kAlias ? short{12} : code;
 }
 

@@ -5,8 +5,8 @@
 
 #include "inc/logger_channels.h"
 
-// Writes the section and sets `floger_cycle_time` to the cycle's duration in the units of the time
-// channel. Returns 0.
+// Writes the section and sets `floger_cycle_time` to the cycle's duration in the time channel's
+// units. Returns 0.
 short integer_data_codes(const FLOGER_DATA_INFO* all_chans, double* floger_cycle_time);
 
 #endif

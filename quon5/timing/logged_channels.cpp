@@ -1,7 +1,6 @@
 #include "quon5/timing/logged_channels.h"
 
-#include <string_view>
-#include <unordered_map>
+#include <cstring>
 
 #include "quon5/process_records.h"
 #include "runtime/logger_data.h"
@@ -9,39 +8,33 @@
 
 namespace {
 
-struct Positions {
-    short first;
-    short last;
-};
-
-// Positions by label. The labels are views of All_chans.
-std::unordered_map<std::string_view, Positions>& label_index() {
-    static auto* index = new std::unordered_map<std::string_view, Positions>;
-    return *index;
+bool has_label(short position, const char* label) {
+    return std::strcmp(All_chans[position].chan_name, label) == 0;
 }
 
 }  // namespace
 
-void clear_logged_channels() {
-    label_index().clear();
-}
-
-void index_logged_channels() {
-    clear_logged_channels();
-    const auto num_channels = static_cast<short>(All_chans[0].num_channels);
-    for (short i = 0; i < num_channels; ++i) {
-        label_index().try_emplace(All_chans[i].chan_name, Positions{i, i}).first->second.last = i;
-    }
-}
-
 short find_logged_channel(const char* label) {
-    const auto found = label_index().find(label);
-    return found == label_index().end() ? short{-1} : found->second.first;
+    for (short i = 0; i < Num_chans_logged; ++i) {
+        if (has_label(i, label)) return i;
+    }
+    return -1;
 }
 
 short find_last_logged_channel(const char* label) {
-    const auto found = label_index().find(label);
-    return found == label_index().end() ? short{-1} : found->second.last;
+    for (short i = Num_chans_logged; i-- > 0;) {
+        if (has_label(i, label)) return i;
+    }
+    return -1;
+}
+
+LoggedLabels::LoggedLabels() {
+    for (short i = 0; i < Num_chans_logged; ++i) first_.try_emplace(All_chans[i].chan_name, i);
+}
+
+short LoggedLabels::find(const char* label) const {
+    const auto found = first_.find(label);
+    return found == first_.end() ? short{-1} : found->second;
 }
 
 short check_label_in_logr(const char* label, short* flogr_indx) {
@@ -54,6 +47,13 @@ void ask_for_channel(FLOGER_DATA_INFO& entry, short position) {
     entry.column_index = channel.column_index;
     copyn(entry.chan_name, channel.chan_name);
     copyn(entry.units, channel.units);
+}
+
+short logged_column(const FLOGER_DATA_INFO& entry) {
+    const short column = entry.column_index;
+    const bool logged = column >= 0 && column < Num_chans_logged && entry.chan_name[0] != '\0' &&
+                        has_label(column, entry.chan_name);
+    return logged ? column : short{-1};
 }
 
 FLOGER_SRCH_INFO sync_condition(short sync_column, int phase) {

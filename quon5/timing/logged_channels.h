@@ -2,6 +2,9 @@
 #ifndef QUON5_TIMING_LOGGED_CHANNELS_H
 #define QUON5_TIMING_LOGGED_CHANNELS_H
 
+#include <string_view>
+#include <unordered_map>
+
 #include "inc/logger_channels.h"
 
 // Phase codes of the synchronisation channel.
@@ -12,16 +15,22 @@ enum SYNC_PHASES : int {
     PHASE_END = 40,      // end of the overrun data
 };
 
-// Indexes the labels of All_chans; called once their final names stand, before any look-up.
-void index_logged_channels();
-
-// Forgets the index.
-void clear_logged_channels();
-
-// The position of the first, or the last, logged channel with exactly this label in All_chans; -1
-// when there is none.
+// Returns the position in All_chans of the first, or the last, channel with exactly this label, or
+// -1.
 short find_logged_channel(const char* label);
 short find_last_logged_channel(const char* label);
+
+// The first positions of all labels of All_chans as they stand when it is made: for whoever looks
+// up many labels.
+class LoggedLabels {
+ public:
+    LoggedLabels();
+    // As find_logged_channel.
+    short find(const char* label) const;
+
+ private:
+    std::unordered_map<std::string_view, short> first_;
+};
 
 // Sets `flogr_indx` to the position of the first channel labelled `label` and returns 1, or to -1
 // and returns 0.
@@ -30,16 +39,20 @@ short check_label_in_logr(const char* label, short* flogr_indx);
 // Makes `entry` of a get list ask for the logged channel at `position` of All_chans.
 void ask_for_channel(FLOGER_DATA_INFO& entry, short position);
 
+// The column of the logged channel that `entry` asks for; -1, in which no search is met, when it
+// asks for none.
+short logged_column(const FLOGER_DATA_INFO& entry);
+
 // The condition `sync == phase` on the synchronisation channel in `sync_column`.
 FLOGER_SRCH_INFO sync_condition(short sync_column, int phase);
 
-// Loads the records from the first of phase `from` up to, not including, the first after it of
-// phase `to` into the `count` entries of `get_list`. Returns the number of the first record, -1
-// when no record has phase `from`.
+// Loads the records from the first of phase `from` up to, not including, the next of phase `to`
+// into the `count` entries of `get_list`. Returns the number of the first record, -1 when no record
+// has phase `from`.
 int load_phase(int count, FLOGER_DATA_INFO* get_list, short sync_column, int from, int to);
 
-// Loads the start records and the cycle or, when `decisive` (an entry of the list) then has no
-// samples, the cycle alone.
+// Loads the start records and the cycle. When `decisive` (an entry of the list) then has no
+// samples, loads the cycle alone.
 void load_test(int count, FLOGER_DATA_INFO* get_list, short sync_column,
                const FLOGER_DATA_INFO& decisive);
 

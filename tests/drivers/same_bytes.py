@@ -12,23 +12,19 @@ import tempfile
 
 from cell import FILES, Cell, simulated
 
+RESULTS = "exit status", "quon5 file", "filter data", "composite", "log"
 
-def result(cell, status, replaced={}):
-    """Exit status, outputs and log, with names in the log as `replaced` says."""
-    log = "\n".join(cell.entries())
+
+def result(cell, environment={}, replaced={}, **options):
+    """What a run leaves, with names in the log as `replaced` says."""
+    status, log = cell.run(environment, **options), cell.log()
     for text, by in replaced.items():
         log = log.replace(text, by)
     return [status, *cell.outputs(), log]
 
 
-def of_a_run(program, files, arguments={}, **environment):
-    cell = Cell(program, files, arguments)
-    return result(cell, cell.run(environment))
-
-
 def differing(what, expected, found):
-    names = ("exit status", "quon5 file", "filter data", "composite", "log")
-    return [f"{what}: another {name}" for name, a, b in zip(names, expected, found) if a != b]
+    return [f"{what}: another {name}" for name, a, b in zip(RESULTS, expected, found) if a != b]
 
 
 def under_a_locale(program, files, expected):
@@ -37,16 +33,15 @@ def under_a_locale(program, files, expected):
         subprocess.run(["localedef", "-i", "de_DE", "-f", "UTF-8", f"{directory}/de_DE.UTF-8"],
                        check=True)
         locale = {"LOCPATH": directory, "LC_ALL": "de_DE.UTF-8", "LANG": "de_DE.UTF-8"}
-        point = subprocess.run(["locale", "decimal_point"], env=os.environ | locale, text=True,
-                               capture_output=True, check=True)
-        if point.stdout != ",\n":
+        point = subprocess.check_output(["locale", "decimal_point"], env=os.environ | locale)
+        if point != b",\n":
             return ["there is no locale with a decimal comma"]
-        return differing("locale", expected, of_a_run(program, files, **locale))
+        return differing("locale", expected, result(Cell(program, files), locale))
 
 
 def in_a_zone(program, files, expected):
     """Nothing but the start of the test, which is taken from the channel sys_time, is local."""
-    found = of_a_run(program, files, TZ="XXX-5:45")
+    found = result(Cell(program, files), {"TZ": "XXX-5:45"})
     start = "        2026-03-05T14:07:31\n"
     if start not in expected[1]:
         return ["no start of the test at 14:07:31"]
@@ -62,47 +57,48 @@ def from_a_directory(program, files, expected):
         elsewhere = Cell(program, {FILES["restr"]: files[FILES["restr"]]})
         names = {"TAVRIN_KEYWORD_MEMORY": f"{directory}/keyword_memory.dat",
                  "TAVRIN_ERROR_LOG": f"{directory}/error.log"}
-        status = cell.run(names, cwd=elsewhere.directory)
-        return differing("directory", expected, result(cell, status, {f"{directory}/": ""}))
+        return differing("directory", expected, result(
+            cell, names, {f"{directory}/": ""}, cwd=elsewhere.directory))
 
 
 def with_names(program, files, expected):
     """Blanks, letters beyond ASCII and bytes that are no text in every name."""
     names = {name: usual.replace("/", " ä/").replace("M123 ä", "M123").replace("_", " ß\udcff ")
              for name, usual in FILES.items()}
-    cell = Cell(program, files, names)
     replaced = {names[name]: usual for name, usual in FILES.items()}
-    return differing("names", expected, result(cell, cell.run(), replaced))
+    return differing("names", expected, result(Cell(program, files, names), replaced=replaced))
 
 
-def with_programs(program, others):
+def with_programs(program, simulator, others):
+    """The inputs are the example, a test with many channels and the cases of the limits."""
     import limits
-    inputs = {"example": (simulated(sys.argv[2]), {}),
-              "many channels": (simulated(sys.argv[2], "rate=20", "channels=400", "seed=3"), {})}
-    for what, (make, *_) in limits.CASES.items():
-        files, arguments = limits.given_files(make(20))
-        inputs[what] = files, arguments
+    many_channels = simulated(simulator, "rate=20", "channels=400", "seed=3")
+    inputs = [("example", simulated(simulator), None), ("many channels", many_channels, None)]
+    inputs += [(what, limits.SIMULATED, case.give) for what, case in limits.CASES.items()]
     faults = []
-    for what, (files, arguments) in inputs.items():
-        expected = of_a_run(program, files, arguments)
-        for other in others:
-            faults += differing(f"{what}, {other}", expected, of_a_run(other, files, arguments))
+    for what, files, give in inputs:
+        cells = [Cell(each, files) for each in (program, *others)]
+        for cell in cells if give else ():
+            give(cell, 20)
+        expected, *found = [result(cell) for cell in cells]
+        for other, one in zip(others, found):
+            faults += differing(f"{what}, {other}", expected, one)
     print(f"{len(inputs)} inputs, {len(others)} programs beside {program}")
     return faults
 
 
 def main(program, simulator, *others):
     if others:
-        faults = with_programs(program, others)
+        faults = with_programs(program, simulator, others)
     else:
         files = simulated(simulator, "cycle=5")
         # so that the log names files
         files["ftir.42"] += "@NONE\n"
         files["em_bench.42"] += "@MPS_ID\nXY 1\n"
-        expected = of_a_run(program, files)
+        expected = result(Cell(program, files))
         checks = under_a_locale, in_a_zone, from_a_directory, with_names
         faults = [fault for check in checks for fault in check(program, files, expected)]
-        if expected[0] != 0 or len(expected[4].split("\n")) < 5:
+        if expected[0] != 0 or expected[4].count("\n") < 5:
             faults.append(f"the run to compare with: {expected[0]}, {expected[4]}")
     print(*faults, f"{len(faults)} faults", sep="\n")
     return len(faults) > 0

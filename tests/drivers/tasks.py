@@ -9,8 +9,10 @@ its log holds whole entries, and the next run succeeds.
 """
 
 import collections
-import os
+import itertools
+import pathlib
 import random
+import subprocess
 import sys
 import tempfile
 import time
@@ -26,38 +28,39 @@ def with_messages(files, task, number):
     return files | {"em_bench.42": files["em_bench.42"] + "@MPS_ID\n" + lines}
 
 
+def of_task(task, log):
+    return [entry for entry in log if f"read T{task}_" in entry]
+
+
 def run_together(program, files, rounds):
-    with tempfile.TemporaryDirectory() as shared:
-        environment = {"TAVRIN_ERROR_LOG": f"{shared}/error.log",
-                       "TAVRIN_KEYWORD_MEMORY": f"{shared}/keyword_memory.dat"}
-        with open(environment["TAVRIN_KEYWORD_MEMORY"], "w") as file:
-            file.write(files["keyword_memory.dat"])
-        cells = [Cell(program, with_messages(files, task, 300)) for task in range(TASKS)]
-        for cell in cells:
-            cell.run()
-        alone = [(cell.entries(), cell.outputs()) for cell in cells]
-        changes = 0
-        for turn in range(rounds):
-            for task in [cell.start(environment) for cell in cells]:
-                if task.wait(60) != 0:
-                    yield f"round {turn}: status {task.returncode}"
-            with open(environment["TAVRIN_ERROR_LOG"]) as file:
-                together = entries(file.read())
-            os.unlink(environment["TAVRIN_ERROR_LOG"])
-            expected = sum((collections.Counter(log) for log, _ in alone), collections.Counter())
-            if collections.Counter(together) != expected:
-                yield f"round {turn}: {len(together)} entries, not {expected.total()}"
-            for number, (cell, (log, outputs)) in enumerate(zip(cells, alone)):
-                own = [entry for entry in together if f"read T{number}_" in entry]
-                if own != [entry for entry in log if f"read T{number}_" in entry]:
-                    yield f"round {turn}: the entries of task {number} are not in their order"
-                if cell.outputs() != outputs:
-                    yield f"round {turn}: an output of task {number} is not that of the task alone"
-            writers = [entry.split("read T")[1][0] for entry in together if "read T" in entry]
-            changes += sum(a != b for a, b in zip(writers, writers[1:]))
-        print(f"{rounds} rounds of {TASKS} tasks, the writer of the log changed {changes} times")
-        if changes < TASKS * rounds:
-            yield "the tasks did not run at once"
+    shared = tempfile.TemporaryDirectory()
+    log, memory = (pathlib.Path(shared.name, name) for name in ("error.log", "keyword_memory.dat"))
+    memory.write_text(files["keyword_memory.dat"])
+    cells = [Cell(program, with_messages(files, task, 300)) for task in range(TASKS)]
+    for cell in cells:
+        cell.run()
+    alone = [(cell.entries(), cell.outputs()) for cell in cells]
+    expected = collections.Counter(entry for own, _ in alone for entry in own)
+    changes = 0
+    for turn in range(rounds):
+        environment = {"TAVRIN_ERROR_LOG": str(log), "TAVRIN_KEYWORD_MEMORY": str(memory)}
+        for task in [cell.start(environment) for cell in cells]:
+            if task.wait(60) != 0:
+                yield f"round {turn}: status {task.returncode}"
+        together = entries(log.read_text())
+        log.unlink()
+        if collections.Counter(together) != expected:
+            yield f"round {turn}: {len(together)} entries, not {expected.total()}"
+        for task, (cell, (own, outputs)) in enumerate(zip(cells, alone)):
+            if of_task(task, together) != of_task(task, own):
+                yield f"round {turn}: the entries of task {task} are not in their order"
+            if cell.outputs() != outputs:
+                yield f"round {turn}: an output of task {task} is not that of the task alone"
+        writers = [entry.split("read T")[1][0] for entry in together if "read T" in entry]
+        changes += sum(a != b for a, b in itertools.pairwise(writers))
+    print(f"{rounds} rounds of {TASKS} tasks, the writer of the log changed {changes} times")
+    if changes < TASKS * rounds:
+        yield "the tasks did not run at once"
 
 
 def kill(program, files, kills):
@@ -68,25 +71,23 @@ def kill(program, files, kills):
         began = time.monotonic()
         cell.run()
         lasts = time.monotonic() - began
-    expected, outputs, killed, cut_short = cell.entries(), cell.outputs(), 0, 0
+    expected, outputs, cut_short = cell.entries(), cell.outputs(), 0
     for _ in range(kills):
         cell.path("error.log").unlink()
-        ended, held = os.pipe()
-        task = cell.start(pass_fds=[held])
-        os.close(held)
+        task = cell.start(stdout=subprocess.PIPE)
         time.sleep(moments.uniform(0, lasts))
         task.kill()
-        killed += task.wait(60) < 0
-        os.read(ended, 1)  # until an entry that was begun is written
-        os.close(ended)
+        # The process that writes an entry outlives the task. It has the pipe too: the pipe ends
+        # when both have ended.
+        task.communicate()
         left = cell.entries()
         cut_short += 0 < len(left) < len(expected)
         status = cell.start().wait(60)
         if left != expected[:len(left)] or cell.entries() != left + expected:
-            yield f"seed {seed}: {len(left)} entries are left, {len(cell.entries())} after the next run"
+            yield f"seed {seed}: {len(left)} entries left, {len(cell.entries())} after the next run"
         if status != 0 or cell.outputs() != outputs:
             yield f"seed {seed}: the next run ends with {status} or writes something else"
-    print(f"{kills} kills, {killed} before the end, {cut_short} while entries were written")
+    print(f"{kills} kills, {cut_short} while entries were written")
     if cut_short == 0:
         yield "no kill came while entries were written"
 

@@ -16,7 +16,7 @@ class StatisticalChannels : public tests::TASK_TEST {
         start_again();
         write("logger", logger);
         get_logr_chan_info_mem("logger", &All_chans);
-        index_logged_channels();
+        Num_chans_logged = static_cast<short>(All_chans[0].num_channels);
         std::istringstream labels(specified);
         CI_CHANNEL* channel = Customer_input.statistical_channels;
         for (std::string label; std::getline(labels, label, ','); ++channel) {

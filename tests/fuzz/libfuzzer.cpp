@@ -1,6 +1,5 @@
 // The entry points of libFuzzer. The target is named on the command line: --target=bench.
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 
 #include "tests/fuzz/targets.h"
@@ -20,16 +19,10 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
     constexpr std::string_view kOption = "--target=";
     for (int i = 1; i < *argc; ++i) {
         const std::string_view word = (*argv)[i];
-        if (word.substr(0, kOption.size()) == kOption) {
-            target = find_target(word.substr(kOption.size()));
-        }
+        if (word.starts_with(kOption)) target = find_target(word.substr(kOption.size()));
     }
-    if (target == nullptr) {
-        puts("--target=NAME is missing, where NAME is one of");
-        list_targets();
-        exit(2);
-    }
-    prepare(*target);
+    if (target == nullptr) exit(2);
+    prepare();
     return 0;
 }
 

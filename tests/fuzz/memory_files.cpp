@@ -1,172 +1,110 @@
 #include "tests/fuzz/memory_files.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdarg>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <map>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <string_view>
 #include <utility>
 #include <vector>
 
-#include "quon5/quon5_10c.h"
-#include "runtime/error_log.h"
-#include "runtime/index_map.h"
+#include "base/file_calls.h"
+
+std::map<std::string, std::string>& Memory_files = *new std::map<std::string, std::string>;
 
 namespace {
 
-// An open descriptor; what is written to one without a file is discarded.
 struct Opened {
-    const std::string* file;
+    bool in_use;
+    const std::string* file;  // none when it is written
     std::size_t at;
+    bool is_log;
 };
-constexpr int kFirstDescriptor = 1 << 20;  // above those of the system
-
-std::map<std::string, std::string> files;
-std::vector<Opened> descriptors;  // from kFirstDescriptor on
-std::vector<FILE*> streams;       // open ones
-bool whole_error_log = false;
+std::vector<Opened>& Descriptors = *new std::vector<Opened>;  // by number; streams outlive statics
+std::size_t Written;
 
 const std::string* find_file(const char* name) {
-    const auto found = files.find(name);
-    if (found != files.end()) return &found->second;
+    const auto found = Memory_files.find(name);
+    if (found != Memory_files.end()) return &found->second;
     errno = ENOENT;
     return nullptr;
 }
 
-Opened* opened(int fd) {
-    const auto slot = static_cast<std::size_t>(fd - kFirstDescriptor);
-    const bool known = fd >= kFirstDescriptor && slot < descriptors.size();
-    return known && descriptors[slot].file != nullptr ? &descriptors[slot] : nullptr;
-}
-
-}  // namespace
-
-void set_memory_file(const std::string& name, std::string contents) {
-    files[name] = std::move(contents);
-}
-
-void close_memory_files() {
-    for (FILE* stream : std::exchange(streams, {})) fclose(stream);
-    descriptors.clear();
-}
-
-void write_error_log(bool whole) {
-    whole_error_log = whole;
-}
-
-extern "C" {
-
-int __wrap_open(const char* name, int flags, ...) {
-    const bool reads = (flags & O_ACCMODE) == O_RDONLY;
-    const std::string* const file = reads ? find_file(name) : nullptr;
-    if (reads && file == nullptr) return -1;
-    descriptors.push_back({file, 0});
-    return kFirstDescriptor + static_cast<int>(descriptors.size()) - 1;
-}
-
-int __wrap_close(int /*fd*/) {
-    return 0;
-}
-
-ssize_t __wrap_read(int fd, void* to, size_t size) {
-    Opened* const from = opened(fd);
-    if (from == nullptr) return -1;
-    const size_t length = std::min(size, from->file->size() - from->at);
-    std::memcpy(to, from->file->data() + from->at, length);
-    from->at += length;
-    return static_cast<ssize_t>(length);
-}
-
-off_t __wrap_lseek(int fd, off_t offset, int whence) {
-    Opened* const file = opened(fd);
-    if (file == nullptr) return -1;
-    const auto size = static_cast<off_t>(file->file->size());
-    const off_t from = whence == SEEK_END ? size : static_cast<off_t>(file->at);
-    const off_t at = std::clamp<off_t>(whence == SEEK_SET ? offset : from + offset, 0, size);
-    file->at = static_cast<std::size_t>(at);
-    return at;
-}
-
-ssize_t __wrap_write(int /*fd*/, const void* /*text*/, size_t length) {
-    return static_cast<ssize_t>(length);
-}
-
-int __wrap_stat(const char* name, struct stat* info) {
-    const std::string* const file = find_file(name);
+int describe(const std::string* file, struct stat* info) {
     if (file == nullptr) return -1;
     *info = {};
     info->st_mode = S_IFREG;
-    info->st_ino = reinterpret_cast<std::uintptr_t>(file);
+    info->st_ino = std::hash<const std::string*>()(file);
     info->st_size = static_cast<off_t>(file->size());
     return 0;
 }
 
-int __wrap_fstat(int fd, struct stat* info) {
-    const Opened* const file = opened(fd);
-    if (file == nullptr) return -1;
-    *info = {};
-    info->st_mode = S_IFREG;
-    info->st_size = static_cast<off_t>(file->file->size());
+int open_file(const char* name, int flags, mode_t /*mode*/) {
+    const bool reads = (flags & O_ACCMODE) == O_RDONLY;
+    const std::string* const file = reads ? find_file(name) : nullptr;
+    if (reads && file == nullptr) return -1;
+    Descriptors.push_back({true, file, 0, std::strcmp(name, "error.log") == 0});
+    return static_cast<int>(Descriptors.size()) - 1;
+}
+
+int close_file(int fd) {
+    Descriptors[static_cast<std::size_t>(fd)].in_use = false;
+    while (!Descriptors.back().in_use) Descriptors.pop_back();
     return 0;
 }
 
-// A copy of just the file's size, so that the address sanitizer sees a read behind its end.
-void* __wrap_mmap(void* /*at*/, size_t /*size*/, int /*prot*/, int /*flags*/, int fd,
-                  off_t /*start*/) {
-    const std::string& file = *opened(fd)->file;
-    void* const copy = std::malloc(file.size());
-    file.copy(static_cast<char*>(copy), file.size());
-    return copy;
+ssize_t read_file(int fd, void* to, std::size_t size) {
+    Opened& from = Descriptors[static_cast<std::size_t>(fd)];
+    const std::size_t length = from.file->copy(static_cast<char*>(to), size, from.at);
+    from.at += length;
+    return static_cast<ssize_t>(length);
 }
 
-int __wrap_munmap(void* start, size_t /*size*/) {
-    std::free(start);
-    return 0;
+ssize_t write_file(int fd, const void* text, std::size_t size) {
+    constexpr std::size_t kTime = 20;  // of a log entry
+    if (fd != STDERR_FILENO) {
+        std::string_view part(static_cast<const char*>(text), size);
+        if (Descriptors[static_cast<std::size_t>(fd)].is_log) part.remove_prefix(kTime);
+        Written = Written * 31 + std::hash<std::string_view>()(part);
+    }
+    return static_cast<ssize_t>(size);
 }
 
-int __wrap_madvise(void* /*start*/, size_t /*size*/, int /*advice*/) {
-    return 0;
+off_t seek_file(int fd, off_t offset, int whence) {
+    Opened& file = Descriptors[static_cast<std::size_t>(fd)];
+    if (file.file == nullptr) return -1;
+    const auto size = static_cast<off_t>(file.file->size());
+    const off_t from = whence == SEEK_END ? size : static_cast<off_t>(file.at);
+    const off_t at = std::clamp<off_t>(whence == SEEK_SET ? offset : from + offset, 0, size);
+    file.at = static_cast<std::size_t>(at);
+    return at;
 }
 
-FILE* __wrap_fopencookie(void* cookie, const char* mode, cookie_io_functions_t functions) {
-    streams.push_back(fopencookie(cookie, mode, functions));
-    return streams.back();
+}  // namespace
+
+void use_memory_files() {
+    Descriptors.resize(3, {true, nullptr, 0, false});  // the standard streams
+    File_calls = {
+        open_file, close_file, read_file, write_file, seek_file,
+        [](const char* name, struct stat* info) { return describe(find_file(name), info); },
+        [](int fd, struct stat* info) {
+            return describe(Descriptors[static_cast<std::size_t>(fd)].file, info);
+        },
+        fopencookie,
+        // An entry of the log is written without a child.
+        [](void (*)(void*), void*) { return false; }};
 }
 
-int __wrap_fclose(FILE* stream) {
-    streams.erase(std::remove(streams.begin(), streams.end(), stream), streams.end());
-    return fclose(stream);
+std::string contents_of(const std::string& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-int __wrap_fcloseall() {
-    close_memory_files();
-    return 0;
+std::size_t take_written() {
+    return std::exchange(Written, 0);
 }
-
-void __wrap_log_error(const char* module, int line, int report_mode, int error_code,
-                      const char* format, ...) {
-    const int saved_errno = errno;
-    char message[8192];
-    va_list arguments;
-    va_start(arguments, format);
-    vsnprintf(message, sizeof message, format, arguments);
-    va_end(arguments);
-    if (whole_error_log) log_error(module, line, report_mode, error_code, "%s", message);
-    errno = saved_errno;
-}
-
-// The names that are the same in every run are registered when a target is prepared.
-short __wrap_string_associate_indexN(const char* text, short index, short map) {
-    if (map == KEYWORDS_MAP || map == FTIR_CHANS_MAP) return 0;
-    return string_associate_indexN(text, index, map);
-}
-
-}  // extern "C"

@@ -1,18 +1,20 @@
-// Files in memory for the fuzz targets: what the task opens, maps and writes is redirected here
-// when it is linked (--wrap), so that an execution touches no file system.
+// Files in memory in the place of the system's (base/file_calls.h).
 #ifndef QUON5_TESTS_FUZZ_MEMORY_FILES_H
 #define QUON5_TESTS_FUZZ_MEMORY_FILES_H
 
+#include <cstddef>
+#include <map>
 #include <string>
 
-// Makes `contents` the file `name`. Any other name cannot be opened for reading. A file opened for
-// writing takes everything and keeps nothing.
-void set_memory_file(const std::string& name, std::string contents);
+// By name. No other file can be opened for reading; one opened for writing takes everything and
+// keeps nothing.
+extern std::map<std::string, std::string>& Memory_files;  // streams outlive statics
 
-// Closes what the task left open, as the end of its process would.
-void close_memory_files();
+void use_memory_files();
 
-// Whether entries of the error log go all the way to its (discarded) write or are formatted only.
-void write_error_log(bool whole);
+std::string contents_of(const std::string& path);  // of a file of the system
+
+// A hash of what was written since the last call, without the times of log entries.
+std::size_t take_written();
 
 #endif

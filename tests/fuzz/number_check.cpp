@@ -12,18 +12,13 @@
 #include <string>
 
 #include "base/numbers.h"
+#include "base/text.h"
 #include "quon5/composite/number_format.h"
 #include "runtime/logger_records.h"
 #include "tests/fuzz/memory_files.h"
 #include "tests/fuzz/targets.h"
 
 namespace {
-
-std::string_view trimmed(std::string_view field) {
-    while (!field.empty() && field.front() == ' ') field.remove_prefix(1);
-    while (!field.empty() && field.back() == ' ') field.remove_suffix(1);
-    return field;
-}
 
 // What a field of the log is worth: what strtod reads, when it is a decimal number, nan or inf.
 double value_of(std::string_view field) {
@@ -59,8 +54,8 @@ void expect_same_text(double value, int decimals) {
 // The input is the records of a log with one channel; its bytes also are a number to be printed.
 void run_numbers(std::string_view input) {
     LoggerColumns columns(1);
-    set_memory_file("numbers", "@LOGGED_RECORDS\n" + std::string(input));
-    LineBlocks file("numbers");
+    Memory_files["records"].assign("@LOGGED_RECORDS\n").append(input);
+    LineBlocks file("records");
     read_records(file, 1, columns);
     int record = 0;
     for (std::size_t at = 0; at < input.size();) {

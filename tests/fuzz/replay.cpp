@@ -2,33 +2,33 @@
 //
 //   fuzz_replay TARGET FILE|DIRECTORY ...   runs the target on each file
 //   fuzz_replay --dictionary                prints the vocabulary of the inputs as a dictionary
-//   fuzz_replay --targets                   prints the targets (list_targets)
+//
+// Any other call prints the targets. The files are run in their order and then backwards: a run may
+// leave nothing behind that changes the output of another.
 #include <cstdio>
-#include <cstring>
+#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "base/arguments.h"
 #include "inc/spec_keycodes.h"
 #include "quon5/FTIR.h"
 #include "quon5/vocabulary.h"
+#include "tests/fuzz/memory_files.h"
 #include "tests/fuzz/targets.h"
 
 namespace {
 
-void print_word(const char* word) {
-    if (word[0] != '\0') printf("\"%s\"\n", word);
-}
-
-template <class Text, std::size_t N>
-void print_words(const Text (&words)[N], std::size_t step = 1) {
-    for (std::size_t i = 0; i < N; i += step) print_word(words[i]);
-}
-
 void print_dictionary() {
+    const auto print_word = [](const std::string& word) {
+        if (!word.empty()) printf("\"%s\"\n", word.c_str());
+    };
+    const auto print_words = [&](const auto& words, std::size_t step = 1) {
+        for (std::size_t i = 0; i < std::size(words); i += step) print_word(words[i]);
+    };
     print_words(Keywords);
     print_words(Em_species_keywds);
     print_words(Em_wet_dry_keywds);
@@ -37,9 +37,7 @@ void print_dictionary() {
     print_words(Map_key_names, 8);
     print_words(Cycle_key_names, 8);
     print_words(FTIR_chans, 37);  // some of each point, basis and instance
-    for (const KEYWORD_ARGUMENT& argument : Keyword_arguments) {
-        print_word((std::string(argument.name) + '=').c_str());
-    }
+    for (const auto& argument : Keyword_arguments) print_word(std::string(argument.name) + '=');
     // Keywords of the runtime's files, and what stands around and between values.
     std::istringstream others(R"(@SPECIES_TAG_TO_KEYWORD_MAPPING @PM_LEAK_TEST_VALIDATION
         @BACKGND_CORRECTION_OPTIONS @CW_H2O_INPUT_OPTIONS @FLUID_STREAM_BOUNDS @FLUID_STREAM
@@ -50,40 +48,48 @@ void print_dictionary() {
         PMF_ID PMS_ID PMS_CONF PMS_SAMPLE_LOC MAP CYCLE ACTIVITY channel parameter both -999999
         2026-03-05T14:07:31 nan inf -1e309 9223372036854775808 [in_h2o] ft3/min kg*m/s @99 @LF
         \x0d\x0a \x0a@ %%%\x20)");
-    for (std::string word; others >> word;) print_word(word.c_str());
+    for (std::string word; others >> word;) print_word(word);
 }
 
-void replay(const FuzzTarget& target, const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    const std::string input{std::istreambuf_iterator<char>(stream), {}};
+std::vector<std::string> files_of(int count, char** names) {
+    std::vector<std::string> files;
+    for (int i = 0; i < count; ++i) {
+        if (!std::filesystem::is_directory(names[i])) {
+            files.emplace_back(names[i]);
+            continue;
+        }
+        for (const auto& file : std::filesystem::directory_iterator(names[i])) {
+            files.push_back(file.path());
+        }
+    }
+    return files;
+}
+
+// Runs the target on a file, and returns the hash of what it wrote.
+std::size_t replay(const FuzzTarget& target, const std::string& file) {
     printf("%s\n", file.c_str());  // the last one named is the one that failed
     fflush(stdout);
-    execute(target, input);
+    execute(target, contents_of(file));
+    return take_written();
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc > 1 && std::strcmp(argv[1], "--dictionary") == 0) return print_dictionary(), 0;
-    if (argc > 1 && std::strcmp(argv[1], "--targets") == 0) return list_targets(), 0;
-    const FuzzTarget* target = argc > 2 ? find_target(argv[1]) : nullptr;
-    if (target == nullptr) {
-        puts("usage: fuzz_replay TARGET FILE|DIRECTORY ... | --dictionary | --targets");
-        return 2;
+    const std::string_view name = argc > 1 ? argv[1] : "";
+    if (name == "--dictionary") {
+        print_dictionary();
+        return 0;
     }
-    prepare(*target);
-    int count = 0;
-    for (int i = 2; i < argc; ++i) {
-        if (!std::filesystem::is_directory(argv[i])) {
-            replay(*target, argv[i]);
-            ++count;
-            continue;
-        }
-        for (const auto& file : std::filesystem::directory_iterator(argv[i])) {
-            replay(*target, file.path());
-            ++count;
-        }
+    const FuzzTarget* const target = find_target(name);
+    if (target == nullptr) return argc > 1 ? 2 : 0;
+    prepare();
+    const std::vector<std::string> files = files_of(argc - 2, argv + 2);
+    std::vector<std::size_t> written;
+    for (const std::string& file : files) written.push_back(replay(*target, file));
+    for (std::size_t i = files.size(); i-- > 0;) {
+        if (replay(*target, files[i]) != written[i]) abort();
     }
-    printf("%d inputs\n", count);
-    return count > 0 ? 0 : 1;
+    printf("%zu inputs\n", files.size());
+    return files.empty() ? 1 : 0;
 }

@@ -3,30 +3,26 @@
 #define QUON5_TESTS_FUZZ_TARGETS_H
 
 #include <cstddef>
-#include <string>
 #include <string_view>
 
 // An execution hands one input to the target's operation, with everything else as at the start of
-// a process whose other files are those of the simulated test.
+// a process whose other files are empty or, of the whole task, those of the simulated test.
 struct FuzzTarget {
     const char* name;
-    std::string file;                     // of the simulated test, which the input stands for
+    const char* file;                     // of the simulated test, which the input stands for
     void (*run)(std::string_view input);  // after the input has been made that file
     std::size_t max_length;               // of an input
     int share;                            // of the time, in parts
-    bool whole_error_log;                 // see write_error_log
 };
 
-// Runs a target that stands in a file of its own.
+// Stands in a file of its own.
 void run_numbers(std::string_view input);
 
-// The target of this name; none when there is none.
+// The target of this name; none, after a list of them (name, longest input, share, file), when
+// there is none.
 const FuzzTarget* find_target(std::string_view name);
 
-// Prints a line for each target: name, length of its longest input, share, file.
-void list_targets();
-
-void prepare(const FuzzTarget& target);
+void prepare();  // once, before the first execution
 void execute(const FuzzTarget& target, std::string_view input);
 
 #endif

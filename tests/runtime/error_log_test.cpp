@@ -14,7 +14,8 @@ TEST(ErrorLog, WritesLocalTimeCallerAndTextToTheLogAndToStandardError) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), entry);
     std::tm local{};
     const char* const rest = strptime(entry.c_str(), "%Y-%m-%dT%H:%M:%S", &local);
-    EXPECT_STREQ(rest, " init:212 mode=65 code=30000 No XY?\n\t   line=14\n");
+    EXPECT_EQ(rest, " [" + std::to_string(getpid()) +
+                        "] init:212 mode=65 code=30000 No XY?\n\t   line=14\n");
     EXPECT_NEAR(static_cast<double>(mktime(&local)), static_cast<double>(time(nullptr)), 60.0);
     unsetenv("TZ");
     tzset();

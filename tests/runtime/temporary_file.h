@@ -51,7 +51,8 @@ class TEST_LOG : public TEMPORARY_FILE {
     TEST_LOG& operator=(const TEST_LOG&) = delete;
     // The entries without times and source lines: "module mode code text".
     std::string text() const {
-        static const std::regex head("(^|\n)\\S{19} (\\w+):\\d+ mode=(\\d+) code=(-?\\d+)");
+        static const std::regex head(
+            "(^|\n)\\S{19} \\[\\d+\\] (\\w+):\\d+ mode=(\\d+) code=(-?\\d+)");
         return std::regex_replace(contents(), head, "$1$2 $3 $4");
     }
     // The same, and begins anew.

@@ -71,7 +71,7 @@ SYNC - 0
     std::strcpy(Tr_em_data_chans[EM_SYNC_CHAN], "SYNC");
     std::strcpy(Tr_em_data_chans[EM_TIME_CHAN], "time");
     get_logr_chan_info_mem("logger", &All_chans);
-    index_logged_channels();
+    Num_chans_logged = static_cast<short>(All_chans[0].num_channels);
     const std::string counted =
         "data_defn 257 0 Run = run7, Time based num of records = 0, \n"
         "\t     sync_chan based num of records = 20, \n"

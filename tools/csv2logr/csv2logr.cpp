@@ -68,7 +68,7 @@ Values read_command_line(int argc, char** argv) {
     return read_words(arguments, {argv + std::min(argc, 1), argv + argc}, "csv2logr");
 }
 
-// Whether the task can read the value back from the line that holds it.
+// Whether the task can read the value back from its line.
 bool is_good(Check check, std::string_view value) {
     constexpr std::size_t kEntryWidth = 79;
     constexpr std::size_t kFilterIdWidth = 11;
@@ -113,7 +113,7 @@ void convert(const Values& values) {
             "argument time_of_test= is missing, and the CSV file has no channel sys_time");
     }
     NewFile file(values[LOGR_DATA], values[CSV]);
-    // The decimals are known after the last record; the channels take as much room before.
+    // The last record settles the decimals. Until then the section holds their place.
     file.append(section(csv));
     csv.convert_records(file);
     file.overwrite_start(section(csv));

@@ -30,7 +30,7 @@ CsvLines::~CsvLines() {
     close(fd_);
 }
 
-// Moves what is left of the block to its front and reads on. False at the end of the file.
+// Moves the rest of the block to its front and reads on. False at the end of the file.
 bool CsvLines::fill() {
     std::copy(block_.data() + next_, block_.data() + size_, block_.data());
     size_ -= next_;
@@ -53,7 +53,7 @@ bool CsvLines::fill() {
 }
 
 bool CsvLines::next() {
-    std::size_t searched = 0;  // characters of the line that are known to hold no LF
+    std::size_t searched = 0;  // characters of the line without an LF
     const void* newline = nullptr;
     for (;;) {
         const char* const begin = block_.data() + next_;

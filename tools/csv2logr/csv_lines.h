@@ -15,8 +15,8 @@ struct CsvField {
     const char* end;  // the comma behind it, or the end of the line
 };
 
-// Reads the file in blocks, whatever its size: memory holds one block, or the longest line. As no
-// label and no value can hold a line end, a line of the file is a row of the CSV.
+// Reads a file of any size in blocks: memory holds one block, or the longest line. Labels and
+// values hold no line ends, so a line of the file is a row of the CSV.
 class CsvLines {
  public:
     explicit CsvLines(const std::string& filename);
@@ -27,8 +27,8 @@ class CsvLines {
     // Goes on to the next line. False at the end of the file.
     bool next();
 
-    // The line without its LF or CRLF. At least 8 characters behind `end` can be read, the first
-    // is no part of a number.
+    // The line without its LF or CRLF. At least 8 characters behind `end` can be read, and the
+    // first of them is no part of a number.
     const char* begin() const { return line_; }
     const char* end() const { return end_; }
 
@@ -37,9 +37,9 @@ class CsvLines {
     // The fields of the whole line.
     std::vector<CsvField> fields() const;
 
-    // The failure `file:line:column: message`, `at` a point of the line.
+    // The failure `file:line:column: message` at the character `at` of the line.
     Failure failure(const char* at, const std::string& message) const;
-    // The same for something that is wrong with the line as a whole or with the file behind it.
+    // The same for the line as a whole, or for the file behind it.
     Failure failure(const std::string& message) const { return failure(line_, message); }
 
  private:
@@ -49,8 +49,8 @@ class CsvLines {
     std::string filename_;
     int fd_;
     std::vector<char> block_;
-    std::size_t next_ = 0;  // where in the block the next line begins
-    std::size_t size_ = 0;  // of the text in the block
+    std::size_t next_ = 0;  // start of the next line in the block
+    std::size_t size_ = 0;  // characters of text in the block
     bool ended_ = false;
     const char* line_;
     const char* end_;

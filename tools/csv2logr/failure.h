@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-// What the user is told before the program ends with status 1.
+// Tells the user why the program ends with status 1.
 class Failure : public std::runtime_error {
  public:
     using std::runtime_error::runtime_error;

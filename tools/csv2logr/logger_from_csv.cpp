@@ -19,7 +19,7 @@ constexpr std::size_t kLabelWidth = 79;
 constexpr std::size_t kUnitsWidth = 15;
 constexpr long kMaxDecimals = 15;
 
-// The text of a label or of units; it must fit `width` and hold no control character.
+// The text of a label or of units. It must fit `width` and hold no control character.
 std::string name_of(const CsvLines& lines, const CsvField& field, const char* at, std::size_t width,
                     const std::string& what) {
     std::string text(field.quoted ? std::string_view(field.text) : trimmed(field.text));
@@ -43,7 +43,7 @@ std::string token(const std::string& text) {
     return quote + text + quote;
 }
 
-// The label by which the task knows the channel: it takes the logger's mark off.
+// The task's label of the channel: without the logger's mark.
 std::string_view known_label(std::string_view label) {
     return label.starts_with('&') ? trimmed(label.substr(1)) : label;
 }
@@ -60,10 +60,10 @@ std::uint64_t above_nine(std::uint64_t block) {
     return (((block & kLowBits) + 0x7676767676767676) | block) & ~kLowBits;
 }
 
-// Passes over the plain decimal number at `p`: sign, digits, point, digits. Returns its decimals;
-// -1, with `p` anywhere, when there is no such number. Digits and point of a number of less than 8
-// characters are looked at together, so that its length costs no branch and the next number waits
-// for nothing but it. At least 8 characters behind the number can be read.
+// Passes over the plain decimal number at `p`: sign, digits, point, digits. Returns its decimals,
+// or -1, with `p` anywhere, when there is no such number. A number of less than 8 characters is
+// looked at as a whole: its length costs no branch, and the next number waits for nothing else. At
+// least 8 characters behind the number can be read.
 long skip_plain_decimal(const char*& p) {
     static_assert(std::endian::native == std::endian::little, "the first digit is the lowest byte");
     if (*p == '-') ++p;
@@ -88,7 +88,7 @@ long skip_plain_decimal(const char*& p) {
     return digits > 0 || p > fraction ? p - fraction : -1;
 }
 
-// The decimals of a number as it stands, or of one with an exponent those that it needs without.
+// The decimals of a number. With an exponent it counts with the decimals that it needs without.
 long decimals_of(std::string_view number) {
     const std::size_t e = number.find_first_of("eE");
     const std::string_view mantissa = number.substr(0, e);
@@ -183,8 +183,7 @@ void LoggerFromCsv::convert_records(NewFile& file) {
     if (num_records_ == 0) throw lines_.failure("there are no records behind the units");
 }
 
-// Nearly all values are plain decimals, which are recognised in passing and copied with the rest of
-// their line.
+// Nearly all values are plain decimals. They are recognised in passing and copied with their line.
 void LoggerFromCsv::convert_record(NewFile& file) {
     if (lines_.begin() == lines_.end()) throw lines_.failure("the line is empty");
     const char* copied = lines_.begin();  // the line up to here is in the file
@@ -216,8 +215,8 @@ void LoggerFromCsv::convert_record(NewFile& file) {
     ++num_records_;
 }
 
-// Any value that is no plain decimal. Leaves `p` behind it and returns its decimals. One that
-// cannot be copied as it stands is written, with what stands before it, and moves `copied`.
+// Converts a value that is no plain decimal. Leaves `p` behind it and returns its decimals. When it
+// cannot be copied unchanged, writes the line up to it, then the value, and moves `copied`.
 long LoggerFromCsv::convert_unusual(const char*& p, const char*& copied, NewFile& file) {
     const char* const at = p;
     const CsvField field = lines_.field(p);

@@ -15,8 +15,8 @@ struct CsvChannel {
 
 class LoggerFromCsv {
  public:
-    // Reads the rows of labels and units. Throws Failure, here and below, when the file holds
-    // anything that a logger data file cannot.
+    // Reads the rows of labels and units. Here and below, anything that a logger data file cannot
+    // hold throws Failure.
     explicit LoggerFromCsv(CsvLines& lines);
 
     bool has_channel(const std::string& label) const;
@@ -37,7 +37,7 @@ class LoggerFromCsv {
 
     CsvLines& lines_;
     std::vector<CsvChannel> channels_;
-    std::vector<long> decimals_;  // of each channel, the most that a value has
+    std::vector<long> decimals_;  // of the most precise value of each channel
     long num_records_ = 0;
     long num_empty_ = 0;
 };

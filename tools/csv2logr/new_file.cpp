@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t kBlock = std::size_t{1} << 20;
 
-char unfinished[PATH_MAX + 32];  // name of the file while it is written, empty before and after
+char unfinished[PATH_MAX + 32];  // name of the temporary file, empty when there is none
 
 void remove_unfinished() {
     if (unfinished[0] != '\0') unlink(unfinished);
@@ -30,7 +30,7 @@ void remove_and_end(int number) {
     std::raise(number);
 }
 
-// The file that `filename` names, behind symbolic links; `filename` when there is none.
+// The file behind the symbolic links of `filename`; `filename` itself when there is none.
 std::string target_of(const std::string& filename, const std::string& source) {
     struct stat target {};
     struct stat read {};
@@ -68,7 +68,7 @@ NewFile::NewFile(const std::string& filename, const std::string& source)
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         if (std::signal(number, remove_and_end) == SIG_IGN) std::signal(number, SIG_IGN);
     }
-    std::signal(SIGXFSZ, SIG_IGN);  // a write beyond the limit of file sizes is to fail
+    std::signal(SIGXFSZ, SIG_IGN);  // a write beyond the limit of file sizes must fail
     block_.reserve(kBlock);
 }
 

@@ -7,12 +7,13 @@
 #include <string_view>
 #include <vector>
 
-// Written under a name of its own beside the final one. Until `complete` the file of the final name
-// stays as it is; without it nothing is left behind, not even by SIGINT, SIGTERM or SIGHUP. One at
-// a time. Every operation throws Failure when the system refuses it.
+// Writes a temporary file beside the final one. `complete` gives it the final name; until then an
+// earlier file stays as it is. Without `complete` nothing is left behind, not even by SIGINT,
+// SIGTERM or SIGHUP. Only one can exist at a time. Every operation throws Failure when the system
+// refuses it.
 class NewFile {
  public:
-    // `source` must not be the file that this one replaces.
+    // `source` must not be the file to replace.
     NewFile(const std::string& filename, const std::string& source);
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;

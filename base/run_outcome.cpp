@@ -1,0 +1,3 @@
+#include "base/run_outcome.h"
+
+RUN_OUTCOME Run_outcome;

@@ -1,0 +1,25 @@
+// The word that a mistyped one was meant to be.
+#ifndef QUON5_BASE_SPELLING_H
+#define QUON5_BASE_SPELLING_H
+
+#include <string_view>
+
+// The fewest changes of one character (insert, delete, replace, or swap with the next) that turn
+// `a` into `b`. Letters that differ in case alone, and a blank or '-' for '_', count as equal.
+int edit_distance(std::string_view a, std::string_view b);
+
+// Collects the nearest of the words that it is shown. A word is near when few of its characters,
+// one in four at the most, have to change.
+class NearestWord {
+ public:
+    explicit NearestWord(std::string_view mistyped) : mistyped_(mistyped) {}
+    void consider(std::string_view word);
+    std::string_view word() const { return word_; }  // empty: none is near
+
+ private:
+    std::string_view mistyped_;
+    std::string_view word_;
+    int distance_ = 0;
+};
+
+#endif
