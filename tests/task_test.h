@@ -3,7 +3,6 @@
 #define QUON5_TESTS_TASK_TEST_H
 
 #include <filesystem>
-#include <functional>
 #include <string>
 
 #include "quon5/clear_task.h"
@@ -12,13 +11,15 @@
 
 namespace tests {
 
-// A test of the task in a directory of its own, with cleared records and the index maps of
+// A test of the task in a directory of its own, with its state cleared and the names of
 // start-up. The emission bench and FTIR files are named bench and ftir; there is no cart.
 class TASK_TEST : public testing::Test {
  protected:
     TASK_TEST();
     ~TASK_TEST() override;
 
+    // Clears the state of the task for another reading in the same test.
+    static void start_again();
     static void write(const std::string& name, const std::string& contents);
 
     TEST_LOG log;
@@ -27,10 +28,6 @@ class TASK_TEST : public testing::Test {
     const std::filesystem::path before_ = std::filesystem::current_path();
     std::string directory_ = testing::TempDir() + "quon5_XXXXXX";
 };
-
-// Runs `body` in a process of its own: the task opens its particulate cart file once, and adds
-// long-form species for good.
-void in_own_process(const std::function<void()>& body);
 
 }  // namespace tests
 

@@ -13,8 +13,8 @@ class StatisticalChannels : public tests::TASK_TEST {
     // The number of channels, and the entries: label, keyword, units, initial value, mean,
     // minimum, maximum and deviation.
     static std::string statistics(const std::string& logger, const char* specified) {
-        clear_task();
-        write("logger", tests::unfolded(logger));
+        start_again();
+        write("logger", logger);
         get_logr_chan_info_mem("logger", &All_chans);
         Num_chans_logged = static_cast<short>(All_chans[0].num_channels);
         std::istringstream labels(specified);
@@ -37,16 +37,15 @@ class StatisticalChannels : public tests::TASK_TEST {
     }
 };
 
-// In the phases 10 to 30 the deviation is sqrt((3.667^2 + 0.667^2 + 4.333^2) / 2).
+// Three records are in the phases 10 to 30.
 TEST_F(StatisticalChannels, ArePacked) {
-    EXPECT_EQ(statistics(R"(
-@LOGGED_CHANNELS
-time u_time 1
+    EXPECT_EQ(statistics(R"(@LOGGED_CHANNELS
+time sec 1
 SYNC - 0
-P1 u_P1 1
-p2 u_p2 1
-P3 u_P3 1
-P4 u_P4 1
+P1 a 1
+p2 b 1
+P3 c 1
+P4 d 1
 @LOGGED_RECORDS
 0,0,100,200,300,400
 1,10,101,201,301,401
@@ -55,9 +54,8 @@ P4 u_P4 1
 4,30,116,216,316,416
 )",
                          "P1,P2,P3,,P4"),
-              "4\nP1 K_P1 u_P1 101 104.667 101 109 4.04145\n"
-              "P3 K_P3 u_P3 301 304.667 301 309 4.04145\n"
-              "P4 K_P4 u_P4 401 404.667 401 409 4.04145\n");
+              "4\nP1 K_P1 a 101 104.667 101 109 4.04145\nP3 K_P3 c 301 304.667 301 309 4.04145\n"
+              "P4 K_P4 d 401 404.667 401 409 4.04145\n");
 }
 
 TEST_F(StatisticalChannels, TakeTheCycleAloneWithoutStartRecords) {
@@ -71,41 +69,23 @@ TEST_F(StatisticalChannels, TakeTheCycleAloneWithoutStartRecords) {
 }
 
 TEST_F(StatisticalChannels, TimeStandsAloneAndMayBeNamedAsWell) {
-    const std::string log_file = R"(
-@LOGGED_CHANNELS
-SYNC - 0
-time u_time 1
-P1 u_P1 1
-@LOGGED_RECORDS
-0,0,100
-10,1,101
-20,2,104
-20,3,109
-30,4,116
-)";
-    EXPECT_EQ(statistics(log_file, "P2"), "1\ntime LOGR_TM u_time 0 0 0 0 0\n");
-    EXPECT_EQ(statistics(log_file, "time,P1"),
-              "3\ntime K_time u_time 1 2 1 3 1\nP1 K_P1 u_P1 101 104.667 101 109 4.04145\n");
+    const std::string logger =
+        "@LOGGED_CHANNELS\nSYNC - 0\ntime s 1\nP1 u 1\n@LOGGED_RECORDS\n"
+        "0,0,100\n10,1,101\n20,2,104\n20,3,109\n30,4,116\n";
+    EXPECT_EQ(statistics(logger, "P2"), "1\ntime LOGR_TM s 0 0 0 0 0\n");
+    EXPECT_EQ(statistics(logger, "time,P1"),
+              "3\ntime K_time s 1 2 1 3 1\nP1 K_P1 u 101 104.667 101 109 4.04145\n");
 }
 
 TEST_F(StatisticalChannels, FirstChannelIsTheTimeBaseWithoutTime) {
-    const std::string log_file = R"(
-@LOGGED_CHANNELS
-SYNC - 0
-P1 u_P1 1
-P2 u_P2 1
-P3 u_P3 1
-@LOGGED_RECORDS
-0,100,200,300
-10,101,201,301
-20,104,204,304
-20,109,209,309
-30,116,216,316
-)";
-    EXPECT_EQ(statistics(log_file, "P1,P2,P3"),
-              "3\nP2 K_P2 u_P2 201 204.667 201 209 4.04145\n"
-              "P3 K_P3 u_P3 301 304.667 301 309 4.04145\n");
-    EXPECT_EQ(statistics(log_file, "P5"), "0\n");
+    const std::string logger =
+        "@LOGGED_CHANNELS\nSYNC - 0\nP1 a 1\nP2 b 1\nP3 c 1\n"
+        "@LOGGED_RECORDS\n0,100,200,300\n10,101,201,301\n20,104,204,304\n"
+        "20,109,209,309\n30,116,216,316\n";
+    EXPECT_EQ(statistics(logger, "P1,P2,P3"),
+              "3\nP2 K_P2 b 201 204.667 201 209 4.04145\n"
+              "P3 K_P3 c 301 304.667 301 309 4.04145\n");
+    EXPECT_EQ(statistics(logger, "P5"), "0\n");
 }
 
 }  // namespace

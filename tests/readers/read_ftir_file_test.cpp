@@ -3,7 +3,6 @@
 
 #include "quon5/readers/chk_kw_n_specs.h"
 #include "quon5/readers/read_em_data.h"
-#include "quon5/readers/read_ftir_file.h"
 #include "tests/readers/record_text.h"
 #include "tests/task_test.h"
 
@@ -167,51 +166,41 @@ line <18>
 )"));
 }
 
-// A second section of a keyword replaces the first.
 TEST_F(FtirFile, ChannelValues) {
-    read(R"(@CONT_CHAN_UL_VAL
-EXH_CW_NO_MEA 1
-EXH_CW_NO_MEA 2
-@CONT_CHAN_UL_VAL
-CVS_CW_CO2_MEA 3
-@CONT_CHAN_LL_VAL
-EXH_CW_NO_MEA 1
-@CONT_CHAN_LL_VAL
-AT1_CW_CO_MEA 3
-@CONT_CHAN_PRETEST_ZERO
-EXH_CW_NO_MEA 6
-CVS_CW_CO2_MEA
-AT1_CW_CO_MEA 1
-@CONT_CHAN_PRETEST_SPAN
-EXH_CW_NO_MEA 7
-@CONT_CHAN_POSTTEST_ZERO
-EXH_CW_NO_MEA 8
-@CONT_CHAN_POSTTEST_SPAN
-EXH_CW_NO_MEA 9
-@CONT_CHAN_REF_SPAN
-XYZ
-AT2_CW_CO_MEA@X 1
-""
-EXH_CW_NO_MEA 10
-)");
     const auto values = [](EMIS_ENTRIES entry) {
         const FTIR_GENERIC& section = Ftir.emKeywd[entry];
         std::string result = std::to_string(section.active);
         for (int i = 0; i < section.num_ftir_chans; ++i) result += ' ' + text(section.ftirChn[i]);
         return result;
     };
+    for (const EMIS_ENTRIES entry :
+         {CONT_CHAN_UL_VAL, CONT_CHAN_LL_VAL, CONT_CHAN_PRETEST_ZERO, CONT_CHAN_PRETEST_SPAN,
+          CONT_CHAN_POSTTEST_ZERO, CONT_CHAN_POSTTEST_SPAN, CONT_CHAN_REF_SPAN}) {
+        read(Keywords[entry] + std::string("\nEXH_CW_NO_MEA 1\nCVS_CW_CO2_MEA\n"));
+        EXPECT_EQ(values(entry), "1 1|EXH_CW_NO_MEA|1| 1|CVS_CW_CO2_MEA||");
+    }
+    // A second section of a keyword replaces the first.
+    read(R"(@CONT_CHAN_UL_VAL
+EXH_CW_NO_MEA 1
+EXH_CW_NO_MEA 2
+@CONT_CHAN_UL_VAL
+CVS_CW_CO2_MEA 3
+AT1_CW_CO_MEA 1
+XYZ
+AT2_CW_CO_MEA@X 1
+""
+@CONT_CHAN_LL_VAL
+EXH_CW_NO_MEA 1
+@CONT_CHAN_LL_VAL
+AT1_CW_CO_MEA 3
+)");
     EXPECT_EQ(values(CONT_CHAN_UL_VAL), "1 1|CVS_CW_CO2_MEA|3|");
     EXPECT_EQ(values(CONT_CHAN_LL_VAL), "0");
-    EXPECT_EQ(values(CONT_CHAN_PRETEST_ZERO), "1 1|EXH_CW_NO_MEA|6| 1|CVS_CW_CO2_MEA||");
-    EXPECT_EQ(values(CONT_CHAN_PRETEST_SPAN), "1 1|EXH_CW_NO_MEA|7|");
-    EXPECT_EQ(values(CONT_CHAN_POSTTEST_ZERO), "1 1|EXH_CW_NO_MEA|8|");
-    EXPECT_EQ(values(CONT_CHAN_POSTTEST_SPAN), "1 1|EXH_CW_NO_MEA|9|");
-    EXPECT_EQ(values(CONT_CHAN_REF_SPAN), "1 1|EXH_CW_NO_MEA|10|");
     EXPECT_EQ(log.text(), unfolded(R"(
-read_ftir_file 65 30000 Entry ignored-FTIR keywd = <XYZ> in file <ftir> at line=21 is invalid
+read_ftir_file 65 30000 Entry ignored-FTIR keywd = <XYZ> in file <ftir> at line=7 is invalid
 read_ftir_file 1 30000 Entry ignored - FTIR keywd - An invalid PAM_keyword extension has been used \
-for - <AT2_CW_CO_MEA@X> in file <ftir> at line=22
-read_ftir_file 65 30000 Entry ignored-FTIR keywd = <> in file <ftir> at line=23 is invalid
+for - <AT2_CW_CO_MEA@X> in file <ftir> at line=8
+read_ftir_file 65 30000 Entry ignored-FTIR keywd = <> in file <ftir> at line=9 is invalid
 )"));
 }
 

@@ -12,16 +12,12 @@ using tests::unfolded;
 
 class ParticulateCart : public tests::TASK_TEST {
  protected:
-    // Reads all sections of this cart file, and checks what they leave.
-    static void read(const std::string& contents, const std::function<void()>& check) {
+    static void read(const std::string& contents) {
         write("cart", contents);
         std::strcpy(Pm_cart_filename, "cart");
-        tests::in_own_process([&] {
-            for (const auto section : {DESKEW_TIMES_PM, MPS_INFO_PM, APS_INFO_PM, BPS_INFO_PM,
-                                       PROP_SAMPL_MPS_PM, LEAK_SAMPL_MPS_PM})
-                read_pcd_file(section);
-            check();
-        });
+        for (const auto section : {DESKEW_TIMES_PM, MPS_INFO_PM, APS_INFO_PM, BPS_INFO_PM,
+                                   PROP_SAMPL_MPS_PM, LEAK_SAMPL_MPS_PM})
+            read_pcd_file(section);
     }
 };
 
@@ -37,18 +33,16 @@ CH4 -999990
 XY 3
 @NO_SUCH
 HC 1
-)",
-         [&] {
-             const auto& deskew = Emis_data.member[DESKEW_TIMES];
-             EXPECT_EQ(text(deskew[CVS_PN]), "1|PN|PN|2|sec");
-             EXPECT_EQ(text(deskew[CVS_HC]), "0|HC|HC|-999999|sec");
-             EXPECT_EQ(text(deskew[CVS_CO]), "1|CO|CO||");
-             EXPECT_EQ(text(deskew[CVS_NOX]), "1|NOX|NOX|-999989|");
-             EXPECT_EQ(text(deskew[CVS_CH4]), "0|CH4|CH4|-999990|");
-             EXPECT_EQ(log.text(),
-                       "read_pcd_file 65 -1 Unknown species=<XY> found at line 9 in "
-                       "file cart, entry is ignored\n");
-         });
+)");
+    const auto& deskew = Emis_data.member[DESKEW_TIMES];
+    EXPECT_EQ(text(deskew[CVS_PN]), "1|PN|PN|2|sec");
+    EXPECT_EQ(text(deskew[CVS_HC]), "0|HC|HC|-999999|sec");
+    EXPECT_EQ(text(deskew[CVS_CO]), "1|CO|CO||");
+    EXPECT_EQ(text(deskew[CVS_NOX]), "1|NOX|NOX|-999989|");
+    EXPECT_EQ(text(deskew[CVS_CH4]), "0|CH4|CH4|-999990|");
+    EXPECT_EQ(log.text(),
+              "read_pcd_file 65 -1 Unknown species=<XY> found at line 9 in "
+              "file cart, entry is ignored\n");
 }
 
 TEST_F(ParticulateCart, LastLinesOfSampleAndLeakTest) {
@@ -60,25 +54,22 @@ T 1 2 l
 T 1 2 l 3 m date
 V 1 2 l 3 m date more
 U 4 5 k 6
-)",
-         [&] {
-             EXPECT_EQ(text(Emis_data.prop_smpl[3]), "1|e|f|g");
-             EXPECT_EQ(text(Emis_data.leak[6]), "1|U|4|5|k|6|m|date");
-             EXPECT_EQ(log.text(), unfolded(R"(
+)");
+    EXPECT_EQ(text(Emis_data.prop_smpl[3]), "1|e|f|g");
+    EXPECT_EQ(text(Emis_data.leak[6]), "1|U|4|5|k|6|m|date");
+    EXPECT_EQ(log.text(), unfolded(R"(
 read_pcd_file 65 30000 Expected 5, 6, or 7, got 4, items for leak PM sample MPS, in file cart at \
 line number 5, item ignored
 read_pcd_file 65 30000 Expected 5, 6, or 7, got 8, items for leak PM sample MPS, in file cart at \
 line number 7, item ignored
 )"));
-         });
 }
 
 TEST_F(ParticulateCart, ShortSampleAndLeakTestWithoutAValue) {
-    read("@PROP_SMPL_VALIDATION\na\n@PM_LEAK_TEST_VALIDATION\nT 1 -999990 l 3 m\n", [&] {
-        EXPECT_EQ(text(Emis_data.prop_smpl[3]), "1|a||");
-        EXPECT_EQ(text(Emis_data.leak[6]), "0|T|1|-999990|l|3|m|");
-        EXPECT_EQ(log.text(), "");
-    });
+    read("@PROP_SMPL_VALIDATION\na\n@PM_LEAK_TEST_VALIDATION\nT 1 -999990 l 3 m\n");
+    EXPECT_EQ(text(Emis_data.prop_smpl[3]), "1|a||");
+    EXPECT_EQ(text(Emis_data.leak[6]), "0|T|1|-999990|l|3|m|");
+    EXPECT_EQ(log.text(), "");
 }
 
 TEST_F(ParticulateCart, Systems) {
@@ -93,43 +84,39 @@ PMS_SAMPLE_LOC ABcdefghijklmnopqrstuvwxyz-123456
 PMF_ID 1
 WHAT "is this"
 PMF_ID
-)",
-         [&] {
-             EXPECT_EQ(text(Emis_data.pm_info[0]),
-                       "abcdefghijklmnopqrstuvwxyz-1234|Abcdefghijklmnopqrstuvwxyz-1234|-7|"
-                       "ABcdefghijklmnopqrstuvwxyz-1234");
-             EXPECT_EQ(text(Emis_data.pm_info[1]), "||3|");
-             EXPECT_EQ(text(Emis_data.pm_info[2]), "||0|");
-             EXPECT_EQ(log.text(),
-                       "read_pcd_file 1 30000 Unknown entry=WHAT \"is this\" found in "
-                       "pm cart file it will be ignored\n");
-         });
+)");
+    EXPECT_EQ(text(Emis_data.pm_info[0]),
+              "abcdefghijklmnopqrstuvwxyz-1234|Abcdefghijklmnopqrstuvwxyz-1234|-7|"
+              "ABcdefghijklmnopqrstuvwxyz-1234");
+    EXPECT_EQ(text(Emis_data.pm_info[1]), "||3|");
+    EXPECT_EQ(text(Emis_data.pm_info[2]), "||0|");
+    EXPECT_EQ(log.text(),
+              "read_pcd_file 1 30000 Unknown entry=WHAT \"is this\" found in "
+              "pm cart file it will be ignored\n");
 }
 
 // The cart file is opened by the first call that can, and stays open.
 TEST_F(ParticulateCart, MissingFileAndOtherSections) {
     write("later", "@PROP_SMPL_VALIDATION\na b c\n@SEVEN\na\nb\n");
-    tests::in_own_process([&] {
-        string_associate_indexN("@SEVEN", 7, PM_CART_MAP);
-        read_pcd_file(DESKEW_TIMES_PM);  // there is no cart
-        for (const char* name : {"missing", "NoPM_available", "later", "missing"}) {
-            std::strcpy(Pm_cart_filename, name);
-            read_pcd_file(PROP_SAMPL_MPS_PM);
-        }
-        read_pcd_file(7);
-        read_pcd_file(8);
-        EXPECT_EQ(text(Emis_data.prop_smpl[3]), "1|a|b|c");
-        const std::string unexpected =
-            "read_pcd_file 65 256 Unexpected pcd file index = <7> foundSome particulate cart data "
-            "may be missing \n";
-        EXPECT_EQ(log.text(), unfolded(R"(
+    string_associate_indexN("@SEVEN", 7, PM_CART_MAP);
+    read_pcd_file(DESKEW_TIMES_PM);  // there is no cart
+    for (const char* name : {"missing", "NoPM_available", "later", "missing"}) {
+        std::strcpy(Pm_cart_filename, name);
+        read_pcd_file(PROP_SAMPL_MPS_PM);
+    }
+    read_pcd_file(7);
+    read_pcd_file(8);
+    EXPECT_EQ(text(Emis_data.prop_smpl[3]), "1|a|b|c");
+    const std::string unexpected =
+        "read_pcd_file 65 256 Unexpected pcd file index = <7> foundSome particulate cart data "
+        "may be missing \n";
+    EXPECT_EQ(log.text(), unfolded(R"(
 read_pcd_file 65 77 Could not open file missing No data will be available from particulate cart
 read_pcd_file 65 77 Could not open file NoPM_available No data will be available from \
 particulate cart
 )") + unexpected + unexpected +
-                                  "read_pcd_file 65 30000 Could not convert index <8> to a pm cart "
-                                  "keyword Some data will be unavailable from particulate cart\n");
-    });
+                              "read_pcd_file 65 30000 Could not convert index <8> to a pm cart "
+                              "keyword Some data will be unavailable from particulate cart\n");
 }
 
 }  // namespace

@@ -108,19 +108,9 @@ TEST(LoggerData, ReadsALastLineWithoutNewlineAsOneWithIt) {
 
 TEST(LoggerData, DescribesTheChannels) {
     const tests::TEST_LOG log;
-    const TEMPORARY_FILE file(R"(@X
-1
-@LOGGED_CHANNELS
-# label
-'S' sec 15
-"&  NOX  " abcdefghijklmnopq 2
-
-A - 16
-A - -1
-B - x
-@LOGGED_RECORDS
-1,2,3,4,5
-)");
+    const TEMPORARY_FILE file(
+        "@X\n1\n@LOGGED_CHANNELS\n# label\n'S' sec 15\n\"&  NOX  \" abcdefghijklmnopq 2\n\n"
+        "A - 16\nA - -1\nB - x\n@LOGGED_RECORDS\n1,2,3,4,5\n");
     const FLOGER_DATA_INFO* chan = load(file);
     const char* const described[] = {"S|sec|15|0|5|1", "&  NOX  |abcdefghijklmno|2|1|5|2",
                                      "A|-|0|2|5|3", "A|-|0|3|5|4", "B|-|0|4|5|5"};

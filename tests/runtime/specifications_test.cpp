@@ -1,9 +1,12 @@
 // The readers of the customer input specification and of the cell configuration.
+#include <vector>
+
+#include "quon5/clear_task.h"
 #include "runtime/cell_config.h"
 #include "runtime/ci_specs.h"
 #include "runtime/shared_variables.h"
 #include "runtime/string_operations.h"
-#include "tests/task_test.h"
+#include "tests/runtime/temporary_file.h"
 
 using tests::fields;
 using LINES = std::vector<int>;
@@ -26,7 +29,7 @@ LINES read_specification(const std::string& contents) {
 std::string read_cell_config(const std::string& contents) {
     clear_task();
     const tests::TEMPORARY_FILE file(contents);
-    copyn("test", 1, Cell_cfg_filename, file.path(), sizeof Cell_cfg_filename);
+    copyn(Cell_cfg_filename, file.path());
     read_cell_cfg();
     char label[80];
     return get_fuel_consumed_lbl(label) == 1 ? label : "none";

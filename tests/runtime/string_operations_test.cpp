@@ -22,7 +22,7 @@ TEST(Strings, AreCopiedAndChangedInPlace) {
         {"  a\t ", "  a\t|  a\t|a\t |  A\t "}};
     for (const auto& [text, expected] : cases) {
         char copy[5], trimmed[16], stripped[16], upper[16];
-        copyn("test", 1, copy, text, 5);
+        copyn(copy, text);
         string_trim(std::strcpy(trimmed, text));
         string_strip(std::strcpy(stripped, text));
         EXPECT_EQ(strupr(std::strcpy(upper, text)), upper);

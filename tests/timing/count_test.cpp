@@ -12,7 +12,7 @@ class SpecifiedChannels : public tests::TASK_TEST {
     // The count for subsystems with channels of these labels, one letter each.
     static short count_of(const std::vector<std::string>& subsystems) {
         CVS_CI& ci = Customer_input;
-        clear_task();
+        start_again();
         for (const std::string& labels : subsystems) {
             for (const char label : labels) {
                 short& count = ci.num_subsys_grp_chns[ci.num_subsystems];
