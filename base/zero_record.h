@@ -11,6 +11,7 @@ void zero_static_storage(void* start, std::size_t size);
 
 template <class Record>
 void zero_static_record(Record& record) {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): a record may be a pointer
     zero_static_storage(&record, sizeof(Record));
 }
 

@@ -85,8 +85,8 @@ int main(int argc, char** argv) {
     if (target == nullptr) return argc > 1 ? 2 : 0;
     prepare();
     const std::vector<std::string> files = files_of(argc - 2, argv + 2);
-    std::vector<std::size_t> written;
-    for (const std::string& file : files) written.push_back(replay(*target, file));
+    std::vector<std::size_t> written(files.size());
+    for (std::size_t i = 0; i < files.size(); ++i) written[i] = replay(*target, files[i]);
     for (std::size_t i = files.size(); i-- > 0;) {
         if (replay(*target, files[i]) != written[i]) abort();
     }
