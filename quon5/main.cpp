@@ -22,16 +22,16 @@ void print_help() {
     printf(R"(Usage: quon5 name=value ...
 
 Reduces the data of an emissions test: writes the quon5 result file, the filter data file and the
-composite end-of-test file, and reports every problem in the error log. %d arguments, one word each,
-in any order:
+composite end-of-test file, and reports problems in the error log. Give all %d arguments, one word
+each, in any order:
 
 )",
            NUM_KEYWORD_ARGUMENTS);
     for (const KEYWORD_ARGUMENT& argument : Keyword_arguments) print_argument(argument);
     puts(R"(
-All but FTIR_file and activity must be given, and a call without all of them is reported. A value
-has at most 303 characters and may be empty. Environment, exit status and error log: quon5(1),
-formats of the files: quon5-files(5).)");
+FTIR_file and activity have defaults, but a call without all arguments is reported. A value has at
+most 303 characters and may be empty. Environment, exit status and error log: quon5(1), formats of
+the files: quon5-files(5).)");
 }
 
 bool is_missing(ARGUMENT_USE output) {
