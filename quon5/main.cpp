@@ -38,8 +38,8 @@ bool is_missing(ARGUMENT_USE output) {
     return !file_exists(output_file(output).filename);
 }
 
-// Whether a run whose steps succeeded fails all the same. Strict mode takes no incomplete result
-// for a good one.
+// True when a run fails although its steps succeeded. Strict mode must not take an incomplete
+// result for a good one.
 bool is_failure() {
     if (File_failed || Run_outcome.results_doubtful) return true;
     const char* const strict = getenv("QUON5_STRICT");
@@ -68,7 +68,7 @@ int main(int argc, char** argv) {
     int status = 1;
     try {
         status = run_sequence(argc, argv);
-    } catch (const ReadFailure&) {  // of the log, which says so
+    } catch (const ReadFailure&) {  // of the log; an entry has it already
     } catch (const std::exception& failure) {
         LOG(NO_MEMORY, failure.what());
     }
