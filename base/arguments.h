@@ -38,7 +38,7 @@ struct KEYWORD_ARGUMENT {
       "file of the logger labels (orda specs)", "") \
     X(em_bench, "-", Em_cart_filename, INPUT_FILE, \
       "emission bench file; its extension is the run number", \
-      "A run number that is a positive multiple of 10 means a cold start.") \
+      "A positive multiple of 10 means a cold start.") \
     X(restr, "-", Exh_Int_Restr_filename, INPUT_FILE, \
       "intake and exhaust restriction file; its directory names the map", \
       "The map is the third component of the directory.") \

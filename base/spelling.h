@@ -1,4 +1,4 @@
-// The word that a mistyped one was meant to be.
+// Finds the word behind a mistyped one.
 #ifndef QUON5_BASE_SPELLING_H
 #define QUON5_BASE_SPELLING_H
 
@@ -8,8 +8,8 @@
 // `a` into `b`. Letters that differ in case alone, and a blank or '-' for '_', count as equal.
 int edit_distance(std::string_view a, std::string_view b);
 
-// Collects the nearest of the words that it is shown. A word is near when few of its characters,
-// one in four at the most, have to change.
+// Keeps the nearest of the considered words. A word is near when at most one in four of its
+// characters has to change.
 class NearestWord {
  public:
     explicit NearestWord(std::string_view mistyped) : mistyped_(mistyped) {}

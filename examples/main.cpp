@@ -16,13 +16,13 @@ Writes the input files of an emissions test into the directory: logger data, log
 and label specifications, emission bench, FTIR, particulate cart, cell configuration and
 restriction files, sibling results and keyword memory. The same options give the same bytes.
 
-  output     directory of the files, made when it does not exist
+  output     directory of the files, created if missing
   seed       start of the random numbers (1)
   rate       records per second, 1 to 1000 (10)
   cycle      length of the cycle, 1 to 100000 s (1200); the test is 52 s longer
   channels   logged channels, 60 to 32767 (60)
-  specified  how many of them the customer specification names, first ones first (all; about
-             2600 find room in it). The task reports a log with more channels than specified.
+  specified  how many of them the customer specification names, first ones first (all; it has
+             room for about 2600). The task reports a log with more channels than specified.
 )";
 
 // Options with whole-number values.

@@ -2,9 +2,9 @@
 #ifndef QUON5_QUON5_CLEAR_TASK_H
 #define QUON5_QUON5_CLEAR_TASK_H
 
-// Makes task and runtime what they are at the start of the process, for another run in the same
-// one. What is not cleared is written anew by each run: results of an operation that are good until
-// its next call.
+// Returns task and runtime to their state at the start of the process, for another run in the same
+// process. Results that are good until the next call of their operation are not cleared: each run
+// writes them anew.
 void clear_task();
 
 #endif

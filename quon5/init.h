@@ -7,8 +7,9 @@
 // it rejects the command line, or -1 for any other failure, which is logged.
 short init(int argc, char** argv);
 
-// The names that it registers in the index maps: the short-form species, and the items of the
-// particulate cart file and of the chemical balance. False, logged, when a map refuses one.
+// Register names in the index maps, as start-up does: the short-form species, and the items of the
+// particulate cart file and of the chemical balance. Return false, and log it, when a map refuses
+// one.
 bool register_species_names();
 bool register_item_names();
 

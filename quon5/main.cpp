@@ -22,24 +22,24 @@ void print_help() {
     printf(R"(Usage: quon5 name=value ...
 
 Reduces the data of an emissions test: writes the quon5 result file, the filter data file and the
-composite end-of-test file, and reports every problem in the error log. %d arguments, one word each,
-in any order:
+composite end-of-test file, and reports problems in the error log. Give all %d arguments, one word
+each, in any order:
 
 )",
            NUM_KEYWORD_ARGUMENTS);
     for (const KEYWORD_ARGUMENT& argument : Keyword_arguments) print_argument(argument);
     puts(R"(
-All but FTIR_file and activity must be given, and a call without all of them is reported. A value
-has at most 303 characters and may be empty. Environment, exit status and error log: quon5(1),
-formats of the files: quon5-files(5).)");
+FTIR_file and activity have defaults, but a call without all arguments is reported. A value has at
+most 303 characters and may be empty. Environment, exit status and error log: quon5(1), formats of
+the files: quon5-files(5).)");
 }
 
 bool is_missing(ARGUMENT_USE output) {
     return !file_exists(output_file(output).filename);
 }
 
-// Whether a run whose steps succeeded fails all the same. Strict mode takes no incomplete result
-// for a good one.
+// True when a run fails although its steps succeeded. Strict mode must not take an incomplete
+// result for a good one.
 bool is_failure() {
     if (File_failed || Run_outcome.results_doubtful) return true;
     const char* const strict = getenv("QUON5_STRICT");
@@ -68,7 +68,7 @@ int main(int argc, char** argv) {
     int status = 1;
     try {
         status = run_sequence(argc, argv);
-    } catch (const ReadFailure&) {  // of the log, which says so
+    } catch (const ReadFailure&) {  // of the log; an entry has it already
     } catch (const std::exception& failure) {
         LOG(NO_MEMORY, failure.what());
     }

@@ -22,7 +22,7 @@ NAMED_FILE output_file(ARGUMENT_USE output) {
 NAMED_FILE file_spoiled_by(ARGUMENT_USE output) {
     const NAMED_FILE file = output_file(output);
     const auto is_spoiled = [&](const char* other) { return is_same_file(file.filename, other); };
-    // Only what exists can be lost; but the error log need not exist yet.
+    // Only an existing file can be lost; but the error log need not exist yet.
     const short last = file_exists(file.filename) ? short{output} : short{INPUT_FILE};
     for (short use = INPUT_FILE; use < last; ++use) {
         // file_append refuses a sibling that is the quon5 file itself.

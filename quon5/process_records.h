@@ -65,7 +65,7 @@ extern short Subsys_logi_var_values[64];  // per subsystem: 1 when it was active
 // the result files.
 bool append_mode();
 
-// Makes all of them what they are at the start of the process. Streams are not closed.
+// Returns all of them to their state at the start of the process. Does not close streams.
 void clear_process_records();
 
 #endif

@@ -18,8 +18,7 @@ extern "C" {
 // that is not given takes its default; the default "-" marks a name that must be given. Returns 0
 // with every row of `values` filled. Returns -1 for an unknown or repeated name, a word without '='
 // and a value too long for its row, with the number of the first such word in `arg_with_error`.
-// Returns -1 for a missing name, with `argc` there. An entry
-// says which word or name is wrong.
+// Returns -1 for a missing name, with `argc` there. An entry names the wrong word or name.
 short arg_proc(int argc, char** argv, short* arg_with_error, ARG_PROC_CONTROL control, short count,
                short name_width, short value_width, const char* names, const char* defaults,
                char* values);

@@ -2,7 +2,7 @@
 #ifndef QUON5_RUNTIME_CLEAR_RUNTIME_H
 #define QUON5_RUNTIME_CLEAR_RUNTIME_H
 
-// Makes the runtime what it is at the start of the process. Streams are closed.
+// Returns the runtime to its state at the start of the process. Closes streams.
 void clear_runtime();
 
 #endif

@@ -20,7 +20,7 @@ struct IndexMap {
     std::vector<const char*> text_of;  // by index; nullptr where there is none
 };
 
-// Kept until they are cleared, so that texts handed out stay valid.
+// Kept until cleared, so returned texts stay valid.
 std::map<short, IndexMap>& index_maps() {
     static auto* maps = new std::map<short, IndexMap>;
     return *maps;

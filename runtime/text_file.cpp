@@ -73,7 +73,7 @@ bool skip_to_keyword_line(FILE* fp) {
     return false;
 }
 
-// A file of the system may have no end to go to.
+// A file of the system may not support going to its end.
 void go_to_end(FILE* fp) {
     const long read = ftell(fp);
     if (fseek(fp, 0, SEEK_END) == 0 && ftell(fp) >= read) return;

@@ -36,8 +36,7 @@ std::string code_of(const MESSAGE_ROW& row, const char* of_result) {
     return row.code == CODE_OF_RESULT ? of_result : std::to_string(row.code);
 }
 
-// The text of an entry with "..." for each value and one blank for each run of blanks and line
-// ends.
+// The text of an entry: "..." for each value, one blank for each run of blanks and line ends.
 std::string shown(const char* format) {
     std::string text;
     for (const char* at = format; *at != '\0'; ++at) {

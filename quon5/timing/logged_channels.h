@@ -20,8 +20,8 @@ enum SYNC_PHASES : int {
 short find_logged_channel(const char* label);
 short find_last_logged_channel(const char* label);
 
-// The first positions of all labels of All_chans as they stand when it is made: for whoever looks
-// up many labels.
+// The first positions of all labels of All_chans at the time of its construction, for many
+// look-ups.
 class LoggedLabels {
  public:
     LoggedLabels();

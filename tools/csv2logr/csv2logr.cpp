@@ -38,11 +38,11 @@ constexpr Argument kArguments[] = {
      "@TR_EM_FILTER_ID_LBL",
      IS_FILTER_ID},
     {{"cycle_name", "", "name of the cycle",
-      "Without it quon5 takes the cycle to be of fixed length, and reports that."},
+      "Without it quon5 reports that, and the cycle counts as of fixed length."},
      "@TR_EM_CYCLE_NAME",
      IS_TEXT},
     {{"oil_pan_temperature", "", "oil pan temperature with its units, 98.6[deg_c]",
-      "Without it quon5 has no value for it, and reports that."},
+      "Without it quon5 reports that and writes no_value."},
      "@QUON5_OIL_PAN_TEMPERATURE",
      IS_NUMBER},
 };
@@ -59,7 +59,8 @@ record. Arguments, one word each, in any order:
 )");
     for (const Argument& argument : kArguments) print_argument(argument.argument);
     puts(R"(
-Decimals are taken from the values. An empty value is written as nan. See csv2logr(1).)");
+A channel gets the decimals of its most precise value. An empty value becomes nan. See
+csv2logr(1).)");
 }
 
 Values read_command_line(int argc, char** argv) {
