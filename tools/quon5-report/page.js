@@ -44,7 +44,7 @@ function element(tag, attributes = {}, ...children) {
   // A text of the message catalogue: words in backticks are code.
   function catalogueText(text) {
     const node = element("span");
-    text.split("`").forEach((part, i) => node.append(i % 2 ? element("code", {}, part) : part));
+    (text.endsWith(".") ? text : text + ".").split("`").forEach((part, i) => node.append(i % 2 ? element("code", {}, part) : part));
     return node;
   }
 
@@ -97,8 +97,8 @@ function element(tag, attributes = {}, ...children) {
                           ...others.map((entry) => element("p", {class: "said"}, entry.text))));
     }
     if (message !== undefined) {
-      node.append(element("p", {}, element("b", {}, "Means: "), catalogueText(message.means), "."),
-                  element("p", {}, element("b", {}, "To do: "), catalogueText(message.to_do), "."));
+      node.append(element("p", {}, element("b", {}, "Means: "), catalogueText(message.means)),
+                  element("p", {}, element("b", {}, "To do: "), catalogueText(message.to_do)));
     }
     return node;
   }
@@ -112,9 +112,13 @@ function element(tag, attributes = {}, ...children) {
     byId("changes").append(element("p", {}, differences.length === 0
       ? `Nothing differs from the results in ${against}.` : `${differences.length} differences from the results in ${against}.`));
     if (differences.length === 0) return;
-    byId("changes").append(table("", [["File", named("file")], ["What", named("place")], ["Change", named("change")],
-                                      ["Earlier", named("earlier")], ["Now", (row) => row.records ? row.text : row.later]],
-                                 differences));
+    const columns = [["File", named("file"), "name"], ["What", named("place")], ["Change", named("change")],
+                     ["Earlier", named("earlier")], ["Now", (row) => row.records ? row.text : row.later]];
+    const shown = 25;
+    byId("changes").append(table("", columns, differences.slice(0, shown)));
+    if (differences.length <= shown) return;
+    byId("changes").append(element("details", {}, element("summary", {}, `${differences.length - shown} more`),
+                                   table("", columns, differences.slice(shown))));
   }
 
   function fillValues() {
@@ -123,41 +127,47 @@ function element(tag, attributes = {}, ...children) {
       table("Value rows", [["Row", named("row"), "number"], ["", named("means")], ["Value", value, "number"], ["Units", named("units")]], report.rows, "rows"),
       element("div", {},
         table("Integer codes", [["Code", named("code"), "number"], ["", named("means")], ["Value", named("value"), "number"], ["", named("explained")]], report.codes, "codes"),
-        table("Filter data", [["Entry", named("keyword")], ["", named("means")], ["Value", value, "number"], ["Units", named("units")]], report.filter_data, "filter-data")));
+        table("Filter data", [["Entry", named("keyword"), "name"], ["", named("means")], ["Value", value, "number"], ["Units", named("units")]], report.filter_data, "filter-data")));
   }
 
   const STAGES = {continuous: ["CONT_SAMPL", "FTIR_SAMPL"], bag: ["BATCH_SAMPL"], background: ["BKGRD_SAMPL"]};
+
+  // What one analyser was, its readings in the units of its column; other units are named.
+  function analyserTexts(row) {
+    const units = (row.span_reference ?? row.upper ?? row.zero_before ?? row.concentration)?.units ?? "";
+    const number = (value) => value === null ? "" : value.units === units ? value.text : reading(value);
+    const range = row.lower === null && row.upper === null ? "" : `${number(row.lower) || "?"} … ${number(row.upper) || "?"}`;
+    const background = row.stage !== "continuous" ? row
+      : report.analysers.find((other) => other.stage === "background" && other.channel === row.channel);
+    const leaks = report.leak_tests.filter((test) => STAGES[row.stage].includes(test.train) && test.channels.includes(row.channel));
+    return {units, number, range,
+            background: background === undefined ? "" : `${number(background.concentration)} ${background.sampled}`.trim(),
+            leak: leaks.map((test) => `${test.train} ${test.number}`).join(", ")};
+  }
 
   function fillAnalysers() {
     const limit = report.drift_limit_percent;
     const drift = (percent) => percent === null ? ""
       : Math.abs(percent) > limit ? marked(percent.toFixed(2), "beyond") : percent.toFixed(2);
-    const range = (row) => row.lower === null && row.upper === null ? ""
-      : row.lower?.units === row.upper?.units ? `${row.lower.text} … ${reading(row.upper)}`
-      : `${reading(row.lower) || "?"} … ${reading(row.upper) || "?"}`;
-    const background = (row) => {
-      if (row.stage !== "continuous") return `${reading(row.concentration)} ${row.sampled}`.trim();
-      const of = report.analysers.find((other) => other.stage === "background" && other.channel === row.channel);
-      return of === undefined ? "" : `${reading(of.concentration)} ${of.sampled}`.trim();
-    };
-    const leak = (row) => report.leak_tests
-      .filter((test) => STAGES[row.stage].includes(test.train) && test.channels.includes(row.channel))
-      .map((test) => `${test.train} ${test.number}: ${reading(test.leak)}`).join("; ");
+    const titles = {continuous: "Continuous, with the background beside it", bag: "Sample bag", background: "Background"};
     const rows = [];
     for (const stage of Object.keys(STAGES)) {
       const own = report.analysers.filter((row) => row.stage === stage);
-      if (own.length > 0) rows.push({group: {continuous: "Continuous", bag: "Sample bag", background: "Background"}[stage]}, ...own);
+      if (own.length > 0) rows.push({group: titles[stage]}, ...own.map((row) => ({...row, texts: analyserTexts(row)})));
     }
-    const deskew = (row) => row.stage === "continuous" ? reading(row.deskew) : "";
+    const text = (name) => (row) => row.texts.number(row[name]);
+    const deskew = (row) => row.stage !== "continuous" || row.deskew === null ? ""
+      : `${row.deskew.value ?? row.deskew.text} ${row.deskew.units}`;
     byId("analysers").append(
       element("p", {class: "hint"}, `Drift is the change from before to after the test in percent of the reference span. Beyond ${limit} % it is marked.`),
-      table("", [["Channel", named("channel")], ["Method", named("method")], ["Range", range],
-                 ["Zero before", (row) => reading(row.zero_before), "number"], ["after", (row) => reading(row.zero_after), "number"],
+      table("", [["Channel", named("channel"), "name"], ["Method", named("method")], ["Range", (row) => row.texts.range, "number"],
+                 ["Units", (row) => row.texts.units],
+                 ["Zero before", text("zero_before"), "number"], ["after", text("zero_after"), "number"],
                  ["drift %", (row) => drift(row.zero_drift_percent), "number"],
-                 ["Span", (row) => reading(row.span_reference), "number"],
-                 ["before", (row) => reading(row.span_before), "number"], ["after", (row) => reading(row.span_after), "number"],
-                 ["drift %", (row) => drift(row.span_drift_percent), "number"], ["Deskew", deskew, "number"],
-                 ["Concentration", background], ["Leak test", leak]], rows, "dense"));
+                 ["Span", text("span_reference"), "number"], ["before", text("span_before"), "number"],
+                 ["after", text("span_after"), "number"], ["drift %", (row) => drift(row.span_drift_percent), "number"],
+                 ["Deskew", deskew, "number"], ["Concentration", (row) => row.texts.background],
+                 ["Leak test", (row) => row.texts.leak]], rows, "dense"));
     if (report.leak_tests.length === 0) return;
     byId("analysers").append(
       table("Leak tests", [["Train", (row) => `${row.train} ${row.number}`], ["Flow", (row) => reading(row.flow), "number"],
@@ -171,7 +181,7 @@ function element(tag, attributes = {}, ...children) {
   function fillTables() {
     byId("statistics").append(table("", [["Channel", named("channel")],
       ...["initial", "mean", "minimum", "maximum", "standard_deviation"].map(
-        (name) => [name.replace("_", " "), (row) => row[name] === null ? marked("no value", "missing") : String(row[name]), "number"]),
+        (name) => [name.replace("_", " "), (row) => row[name] === null ? marked("no value", "missing") : row[name].toFixed(4), "number"]),
       ["Units", named("units")]], report.statistics));
     byId("limits").append(table("", [["Limit", named("limit")], ["Value", named("value"), "number"], ["Units", named("units")],
                                      ["Significant digits", named("digits"), "number"]], report.emission_limits));
@@ -218,8 +228,8 @@ function element(tag, attributes = {}, ...children) {
     byId("whole-test").addEventListener("click", () => view.zoom(...view.extent));
     byId("deskew").addEventListener("change", (event) => view.setDeskew(event.target.checked));
     window.addEventListener("resize", () => view.resize(null));
-    window.addEventListener("beforeprint", () => view.resize(Traces.PRINT_WIDTH));
-    window.addEventListener("afterprint", () => view.resize(null));
+    window.addEventListener("beforeprint", () => view.prepareToPrint());
+    window.addEventListener("afterprint", () => view.showAgain());
     await view.start(Traces.proposal(report, view));
     return view;
   }

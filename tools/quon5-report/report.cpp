@@ -17,7 +17,7 @@
 namespace {
 
 constexpr long long kLongestEnd = 120;  // seconds from the last entry to the end of the outputs
-constexpr long long kCopying = 5;       // seconds between files that were copied together
+constexpr long long kCopying = 2;       // seconds between files that were copied together
 
 void look_at(OutputFile& file, const TASK_CALL& call) {
     file.path = call.path(call.value(file.argument));

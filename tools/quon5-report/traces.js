@@ -173,6 +173,7 @@ const Traces = (() => {
         const colour = COLOURS[this.channels.indexOf(series.channel) % COLOURS.length];
         const right = channel.units !== firstUnits;
         colours.push(colour);
+        series.colour = colour;
         options["s" + k] = {axis: right ? "y2" : "y1", strokePattern: series.earlier ? [5, 3] : null,
                             strokeWidth: series.earlier ? 1.6 : 1.1};
         this.head.insertBefore(this.legend(series, channel, colour, right), this.search);
@@ -244,6 +245,47 @@ const Traces = (() => {
         const value = series.values[record];
         series.valueNode.textContent = isFinite(value) ? value.toFixed(Math.min(series.decimals, 20)) : String(value);
       }
+    }
+
+    // The same drawing as SVG over the canvas: browsers print a canvas coarsely, or empty.
+    drawForPrint() {
+      if (this.graph === null) return;
+      const graph = this.graph;
+      const area = graph.getArea();
+      const node = (tag, attributes) => {
+        const made = document.createElementNS("http://www.w3.org/2000/svg", tag);
+        for (const [name, value] of Object.entries(attributes)) made.setAttribute(name, value);
+        return made;
+      };
+      const svg = node("svg", {class: "printed", width: this.plot.clientWidth, height: this.plot.clientHeight});
+      const clip = `clip-${this.traces.panels.indexOf(this)}`;
+      const size = {x: area.x, y: area.y, width: area.w, height: area.h};
+      const clipPath = node("clipPath", {id: clip});
+      clipPath.append(node("rect", size));
+      svg.append(clipPath);
+      this.traces.eachShade(area, graph, (x, width, phase) => {
+        if (phase !== "cycle") svg.append(node("rect", {x, y: area.y, width, height: area.h, fill: "#e9edf1"}));
+      });
+      svg.append(node("rect", {...size, fill: "none", stroke: "#8c959f"}));
+      const rows = this.rows();
+      this.series.forEach((series, k) => {
+        const axis = graph.getPropertiesForSeries("s" + k).axis - 1;
+        let path = "";
+        let pen = "M";
+        for (const row of rows) {
+          const value = row[k + 1];
+          if (value === null) continue;
+          if (!isFinite(value)) {
+            pen = "M";
+            continue;
+          }
+          path += `${pen}${graph.toDomXCoord(row[0]).toFixed(1)} ${graph.toDomYCoord(value, axis).toFixed(1)}`;
+          pen = "L";
+        }
+        svg.append(node("path", {d: path, fill: "none", stroke: series.colour, "clip-path": `url(#${clip})`,
+                                 "stroke-width": 0.8, "stroke-dasharray": series.earlier ? "5 3" : "none"}));
+      });
+      this.frame.append(svg);
     }
 
     resize(width) {
@@ -335,20 +377,39 @@ const Traces = (() => {
 
     showCursor(time) { for (const panel of this.panels) panel.showCursor(time); }
 
+    // The width in pixels; null: that of the page.
     resize(width) { for (const panel of this.panels) panel.resize(width); }
 
-    shade(canvas, area, graph, named) {
+    prepareToPrint() {
+      this.showCursor(null);
+      this.resize(PRINT_WIDTH);
+      for (const panel of this.panels) panel.drawForPrint();
+    }
+
+    showAgain() {
+      document.querySelectorAll(".printed").forEach((node) => node.remove());
+      this.resize(null);
+    }
+
+    // Calls `draw(left, width, phase)` for each phase in sight.
+    eachShade(area, graph, draw) {
       if (this.byRecord) return;
       this.phases.forEach(({phase, from}, k) => {
         const next = this.phases[k + 1];
         const left = Math.max(area.x, graph.toDomXCoord(from));
-        const right = next === undefined ? area.x + area.w : Math.min(area.x + area.w, graph.toDomXCoord(next.from));
-        if (right <= left) return;
+        const end = area.x + area.w;
+        const right = next === undefined ? end : Math.min(end, graph.toDomXCoord(next.from));
+        if (right > left) draw(left, right - left, phase);
+      });
+    }
+
+    shade(canvas, area, graph, named) {
+      this.eachShade(area, graph, (left, width, phase) => {
         if (phase !== "cycle") {
           canvas.fillStyle = "#e9edf1";
-          canvas.fillRect(left, area.y, right - left, area.h);
+          canvas.fillRect(left, area.y, width, area.h);
         }
-        if (!named || right - left < 30) return;
+        if (!named || width < 30) return;
         canvas.fillStyle = "#57606a";
         canvas.font = "11px sans-serif";
         canvas.fillText(phase, left + 4, area.y + 12);
@@ -378,5 +439,5 @@ const Traces = (() => {
     return [...groups.values()].slice(0, MAX_PANELS);
   }
 
-  return {View, proposal, PRINT_WIDTH};
+  return {View, proposal};
 })();
