@@ -53,9 +53,8 @@ class Stage {
         if (stage_ == 1) take(Keywords[SAMPL_BAG_CONC], concentration);
         if (stage_ == 2) {
             take("@BACKGND_CONC", concentration);
-            take(Keywords[BACKGND_SAMPL_METHOD], [](Analyser& row, const Entry& entry) {
-                row.sampled = reading_of(entry).value;
-            });
+            take(Keywords[BACKGND_SAMPL_METHOD],
+                 [](Analyser& row, const Entry& entry) { row.sampled = reading_of(entry).value; });
         }
         return std::move(rows_);
     }

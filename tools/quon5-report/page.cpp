@@ -45,7 +45,8 @@ class Values {
                          {"count", values.values.size()},
                          {"width", trace.width},
                          {"decimals", trace.decimals}});
-        elements_ += "<script type=\"text/plain\" id=\"" + id + "\">" + trace.base64 + "</script>\n";
+        elements_ +=
+            "<script type=\"text/plain\" id=\"" + id + "\">" + trace.base64 + "</script>\n";
     }
 
     const Json& list() const { return list_; }
@@ -85,8 +86,7 @@ void write_page(const Report& report, const std::function<void(std::string_view)
         write(rest.substr(0, begin));
         if (begin == rest.npos) return;
         const std::size_t end = rest.find(kMark, begin + kMark.size());
-        const std::string_view name =
-            rest.substr(begin + kMark.size(), end - begin - kMark.size());
+        const std::string_view name = rest.substr(begin + kMark.size(), end - begin - kMark.size());
         if (name == "report") {
             write(script_text(json));
         } else if (name == "values") {

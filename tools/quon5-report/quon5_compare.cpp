@@ -85,7 +85,8 @@ std::vector<Difference> compare_files(const std::string& earlier, const std::str
 
 // The results below a directory, by their names in it.
 std::set<std::string> results_in(const std::filesystem::path& directory) {
-    constexpr std::size_t kHead = std::size_t{1} << 22;  // enough for the head of any composite file
+    constexpr std::size_t kHead = std::size_t{1}
+                                  << 22;  // enough for the head of any composite file
     std::set<std::string> names;
     for (const auto& file : std::filesystem::recursive_directory_iterator(directory)) {
         if (!file.is_regular_file()) continue;
@@ -116,8 +117,7 @@ std::vector<FoundDifference> compare_directories(const std::filesystem::path& ea
         } else if (before.count(name) == 0) {
             differences.push_back({name, {Change::ADDED, "file", "", name}});
         } else {
-            for (Difference& difference :
-                 compare_files(earlier / name, later / name, comparison)) {
+            for (Difference& difference : compare_files(earlier / name, later / name, comparison)) {
                 differences.push_back({name, std::move(difference)});
             }
         }
@@ -176,8 +176,8 @@ void print_json(const std::vector<FoundDifference>& differences) {
 
 int compare_results(int argc, char** argv) {
     if (argc < 3) throw std::runtime_error("two results are to be named, see quon5-compare --help");
-    const std::vector<std::string> values = read_words(
-        kArguments, {argv + 3, static_cast<std::size_t>(argc - 3)}, kProgram);
+    const std::vector<std::string> values =
+        read_words(kArguments, {argv + 3, static_cast<std::size_t>(argc - 3)}, kProgram);
     const std::vector<FoundDifference> differences =
         compare_all(argv[1], argv[2], comparison_of(values));
     values[FORMAT] == "json" ? print_json(differences) : print_text(differences);

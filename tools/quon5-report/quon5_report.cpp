@@ -107,11 +107,11 @@ struct CommandLine {
 };
 
 // Refuses an output that is a file of the call: it would be lost.
-void refuse_file_of_call(const std::string& output, const CommandLine& line, const TASK_CALL& call) {
-    std::vector<std::string> files = {line.values[CALL],
-                                      call.path(call.variable("TAVRIN_ERROR_LOG", "error.log")),
-                                      call.path(call.variable("TAVRIN_KEYWORD_MEMORY",
-                                                              "keyword_memory.dat"))};
+void refuse_file_of_call(const std::string& output, const CommandLine& line,
+                         const TASK_CALL& call) {
+    std::vector<std::string> files = {
+        line.values[CALL], call.path(call.variable("TAVRIN_ERROR_LOG", "error.log")),
+        call.path(call.variable("TAVRIN_KEYWORD_MEMORY", "keyword_memory.dat"))};
     for (int i = 0; i < NUM_KEYWORD_ARGUMENTS; ++i) {
         if (Keyword_arguments[i].use != NO_FILE) {
             files.push_back(call.path(call.values[static_cast<std::size_t>(i)]));

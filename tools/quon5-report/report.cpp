@@ -82,9 +82,8 @@ void read_log(Report& report) {
         return;
     }
     report.log.problems = log.problems;
-    const long long written =
-        std::max({report.quon5_output.modified, report.filter_output.modified,
-                  report.composite_output.modified});
+    const long long written = std::max({report.quon5_output.modified, report.filter_output.modified,
+                                        report.composite_output.modified});
     const bool own_log = std::filesystem::path(name).is_relative();
     choose_entries(log.entries, written, own_log, report.options.process, report.log);
 }
@@ -177,8 +176,7 @@ void note_drift(Report& report) {
 template <class Contents, class Read>
 bool compare_output(Report& report, const OutputFile& file, const Contents& later, const char* name,
                     Read read, Contents& earlier) {
-    const std::string path =
-        counterpart(report.options.against, report.call.value(file.argument));
+    const std::string path = counterpart(report.options.against, report.call.value(file.argument));
     if (path.empty()) {
         report.notes.push_back(report.options.against + " has no " + name + " to compare with");
         return false;
@@ -236,9 +234,8 @@ Report gather(TASK_CALL call, ReportOptions options) {
     }
     report.quon5 = read_output(report.quon5_output,
                                [](const std::string& text) { return read_quon5_file(text); });
-    report.filter = read_output(report.filter_output, [](const std::string& text) {
-        return read_keyword_entries(text);
-    });
+    report.filter = read_output(report.filter_output,
+                                [](const std::string& text) { return read_keyword_entries(text); });
     const ReportOptions& wanted = report.options;
     report.composite = read_output(report.composite_output, [&](const std::string& text) {
         return read_composite_file(text, [&](const CompositeChannel& channel) {

@@ -154,9 +154,8 @@ Json log(const Report& report) {
         row["message"] = message == nullptr ? Json(nullptr) : Json(message->name);
         json["entries"].push_back(row);
         if (message == nullptr) continue;
-        json["messages"][message->name] = {{"section", section_of(message)},
-                                           {"means", message->means},
-                                           {"to_do", message->to_do}};
+        json["messages"][message->name] = {
+            {"section", section_of(message)}, {"means", message->means}, {"to_do", message->to_do}};
     }
     return json;
 }
@@ -346,9 +345,8 @@ Json composite(const Report& report) {
                             {"deskew", reading_json({channel.deskew_time, channel.deskew_units})},
                             {"deskew_seconds", number(channel.deskew_seconds())}});
     }
-    return {{"records", report.composite.records},
-            {"phases", phases(report)},
-            {"channels", channels}};
+    return {
+        {"records", report.composite.records}, {"phases", phases(report)}, {"channels", channels}};
 }
 
 Json call(const Report& report) {
