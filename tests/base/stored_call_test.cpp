@@ -17,27 +17,27 @@ constexpr char kWords[] =
     "quon_end_out=end\nquon6=6\nquon7=7\npm_cart=cart\nfilt_data=filter\n";
 
 std::string failure_of(const std::string& contents) {
-    const TEMPORARY_FILE file(contents);
+    const tests::TEMPORARY_FILE file(contents);
     try {
-        read_stored_call(file.name(), "quon5-report");
+        read_stored_call(file.path(), "quon5-report");
     } catch (const std::runtime_error& failure) {
         const std::string text = failure.what();
-        return text.substr(text.find(file.name()) == 0 ? std::string(file.name()).size() : 0);
+        return text.substr(text.find(file.path()) == 0 ? std::string(file.path()).size() : 0);
     }
     return "none";
 }
 
 TEST(StoredCall, HasValuesVariablesAndNamesFromItsDirectory) {
-    const TEMPORARY_FILE file(std::string("# a call\n\n") + kWords +
+    const tests::TEMPORARY_FILE file(std::string("# a call\n\n") + kWords +
                               "activity=Development test = 2 \r\nTZ=UTC\nWRITE_APPEND=\n");
-    const TASK_CALL call = read_stored_call(file.name(), "quon5-report");
+    const TASK_CALL call = read_stored_call(file.path(), "quon5-report");
     EXPECT_EQ(call.value("cycle"), "FTP");
     EXPECT_EQ(call.value("activity"), "Development test = 2 ");
     EXPECT_EQ(call.value("FTIR_file"), "--");
     EXPECT_EQ(call.variable("TZ", "local"), "UTC");
     EXPECT_EQ(call.variable("WRITE_APPEND", "no"), "");
     EXPECT_EQ(call.variable("TAVRIN_ERROR_LOG", "error.log"), "error.log");
-    const std::string name = file.name();
+    const std::string name = file.path();
     EXPECT_EQ(call.path(call.value("logr_data")), name.substr(0, name.rfind('/') + 1) + "log.42");
     EXPECT_EQ(call.path(call.value("em_bench")), "/bench.42");
 }
