@@ -16,7 +16,8 @@ file(GLOB documents CONFIGURE_DEPENDS docs/*.md)
 install(TARGETS quon5 csv2logr)
 if(QUON5_COMPANIONS)
     install(TARGETS quon5-report quon5-compare)
-    install(FILES docs/report.schema.json docs/report.png DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
+    install(FILES docs/report.schema.json docs/report.png docs/report_traces.png
+        DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 endif()
 foreach(page ${manual_pages})
     string(REGEX MATCH "[0-9]$" chapter ${page})
@@ -24,6 +25,7 @@ foreach(page ${manual_pages})
 endforeach()
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)  # as README.md links to them
+install(FILES examples/call DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 install(DIRECTORY ${example}/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 install(PROGRAMS examples/reduce_example examples/small_test
     DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)

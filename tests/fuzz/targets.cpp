@@ -157,6 +157,7 @@ const FuzzTarget kTargets[] = {
     {"keyword_memory", "keyword_memory.dat", run_keyword_memory, 1024, 6},
     {"logger_data", "logr_data.42", run_logger_data, 1024, 5},
     {"numbers", "", run_numbers, 64, 3},
+    {"results", "", run_results, 2560, 6},
     {"command_line", "", run_command_line, 1024, 4},
     {"task", "", run_task, 4096, 10},
 };

@@ -44,6 +44,7 @@ class Browser:
         finally:
             self.driver.terminate()
             self.driver.wait()
+            self.driver.stdout.close()
             self.profile.cleanup()
 
     def call(self, method, path, body=None):

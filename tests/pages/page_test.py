@@ -4,13 +4,11 @@
 """
 
 import re
-import subprocess
 import sys
-import tempfile
 import unittest
 
 import browser
-from results import PROGRAMS, SmallTest, run
+from results import SmallTest
 
 HOSTILE = "</script><script>document.title='broken'</script>"
 OPEN_WITHIN, ZOOM_WITHIN = 5.0, 150.0  # seconds, milliseconds; a sanitizer does not slow the browser
@@ -115,21 +113,19 @@ class Page(unittest.TestCase):
         self.assertIn("no records to draw", self.texts("#traces")[0])
 
     def test_long_test_opens_zooms_and_prints(self):
-        with tempfile.TemporaryDirectory() as directory:
-            directory = run("quon5-report", "--version") and directory
-            test = SmallTest()
-            records, channels = 18000, 400
-            names = [f"CH_{c}" for c in range(channels)]
-            with open(test.path("quon_end.42"), "w") as file:
-                for line in (["LOG_TM", *names], ["sec"] + ["ppm"] * channels, ["0"] * (channels + 1),
-                             ["sec"] * (channels + 1)):
-                    print(",".join(line), file=file)
-                print("$", file=file)
-                for i in range(records):
-                    values = ",".join(str(i * 7919 * (c + 1) % 1000 / 10) for c in range(8)) + f",{i}" * (channels - 8)
-                    print(f"{i / 10},{values}", file=file)
-                print("*0", file=file)
-            page = made(test)
+        test = SmallTest()
+        records, channels = 18000, 400
+        names = [f"CH_{c}" for c in range(channels)]
+        with open(test.path("quon_end.42"), "w") as file:
+            for line in (["LOG_TM", *names], ["sec"] + ["ppm"] * channels, ["0"] * (channels + 1),
+                         ["sec"] * (channels + 1)):
+                print(",".join(line), file=file)
+            print("$", file=file)
+            for i in range(records):
+                values = ",".join(str(i * 7919 * (c + 1) % 1000 / 10) for c in range(8)) + f",{i}" * (channels - 8)
+                print(f"{i / 10},{values}", file=file)
+            print("*0", file=file)
+        page = made(test)
         self.assertLess(self.open(page), OPEN_WITHIN)
         panels = self.browser.run("return quon5Traces.addPanel([9, 10, 11]).then(() => quon5Traces.panels.length)")
         self.assertEqual(panels, 2)

@@ -25,6 +25,9 @@ class SmallTest:
         for change in changes:
             self.replace(*change)
 
+    def __del__(self):
+        self.owner.cleanup()
+
     def path(self, name):
         return self.directory / name
 

@@ -5,9 +5,10 @@
 
 const Traces = (() => {
   const COLOURS = ["#0550ae", "#c4432b", "#1a7f37", "#8250df", "#9a6700", "#0a7d8c", "#bf3989", "#57606a"];
+  const EARLIER = "#8c959f";
   const AXIS_WIDTH = 62;
   const PRINT_WIDTH = 690;
-  const MAX_PANELS = 5;
+  const MAX_PANELS = 7;
   const MAX_SERIES = 6;
 
   // The values of one channel, unpacked when they are first asked for.
@@ -170,12 +171,11 @@ const Traces = (() => {
       const colours = [];
       this.series.forEach((series, k) => {
         const channel = channels[series.channel];
-        const colour = COLOURS[this.channels.indexOf(series.channel) % COLOURS.length];
+        const colour = series.earlier ? EARLIER : COLOURS[this.channels.indexOf(series.channel) % COLOURS.length];
         const right = channel.units !== firstUnits;
         colours.push(colour);
         series.colour = colour;
-        options["s" + k] = {axis: right ? "y2" : "y1", strokePattern: series.earlier ? [5, 3] : null,
-                            strokeWidth: series.earlier ? 1.6 : 1.1};
+        options["s" + k] = {axis: right ? "y2" : "y1", strokeWidth: series.earlier ? 2.2 : 1.1};
         this.head.insertBefore(this.legend(series, channel, colour, right), this.search);
       });
       const twoAxes = this.series.some((series) => channels[series.channel].units !== firstUnits);
@@ -283,7 +283,7 @@ const Traces = (() => {
           pen = "L";
         }
         svg.append(node("path", {d: path, fill: "none", stroke: series.colour, "clip-path": `url(#${clip})`,
-                                 "stroke-width": 0.8, "stroke-dasharray": series.earlier ? "5 3" : "none"}));
+                                 "stroke-width": series.earlier ? 1.8 : 0.8}));
       });
       this.frame.append(svg);
     }
@@ -417,25 +417,26 @@ const Traces = (() => {
     }
   }
 
-  // The panels of a page just opened: the analysers and the statistical channels, those of the same
-  // units together.
+  // The panels of a page just opened: channels that differ from the earlier reduction, each alone,
+  // then the statistical channels and the analysers, those of the same units and measuring point
+  // together.
   function proposal(report, view) {
     const groups = new Map();
-    const add = (name) => {
+    const add = (name, group) => {
       const channel = view.byName.get(name);
-      if (channel === undefined) return;
-      const {units} = view.channels[channel];
-      if (!groups.has(units)) groups.set(units, []);
-      const group = groups.get(units);
-      if (!group.includes(channel) && group.length < MAX_SERIES) group.push(channel);
+      if (channel === undefined || [...groups.values()].some((others) => others.includes(channel))) return;
+      const key = JSON.stringify([view.channels[channel].units, group]);
+      if (!groups.has(key)) groups.set(key, []);
+      if (groups.get(key).length < MAX_SERIES) groups.get(key).push(channel);
     };
-    for (const change of report.changes?.differences ?? []) {
-      if (change.records) add(change.place.replace(/^channel /, ""));
+    for (const {records, place} of report.changes?.differences ?? []) {
+      const name = place.replace(/^channel /, "");
+      if (records) add(name, `changed ${name}`);
     }
-    for (const {channel} of report.statistics.slice(0, 2)) add(channel);
-    for (const {channel, stage} of report.analysers) if (stage === "continuous") add(channel);
-    for (const {channel} of report.statistics) add(channel);
-    if (groups.size === 0) for (const name of [...view.byName.keys()].slice(0, 3)) add(name);
+    for (const {channel} of report.statistics.slice(0, 2)) add(channel, "");
+    for (const {channel, stage} of report.analysers) if (stage === "continuous") add(channel, channel.split("_")[0]);
+    for (const {channel} of report.statistics) add(channel, "");
+    if (groups.size === 0) for (const name of [...view.byName.keys()].slice(0, 3)) add(name, "");
     return [...groups.values()].slice(0, MAX_PANELS);
   }
 
