@@ -14,11 +14,18 @@ set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 file(GLOB documents CONFIGURE_DEPENDS docs/*.md)
 install(TARGETS quon5 csv2logr)
-install(FILES ${CMAKE_BINARY_DIR}/quon5.1 ${CMAKE_BINARY_DIR}/csv2logr.1
-    DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES ${CMAKE_BINARY_DIR}/quon5-files.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
+if(QUON5_COMPANIONS)
+    install(TARGETS quon5-report quon5-compare)
+    install(FILES docs/report.schema.json docs/report.png docs/report_traces.png
+        DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
+endif()
+foreach(page ${manual_pages})
+    string(REGEX MATCH "[0-9]$" chapter ${page})
+    install(FILES ${page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${chapter})
+endforeach()
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)  # as README.md links to them
+install(FILES examples/call DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 install(DIRECTORY ${example}/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 install(PROGRAMS examples/reduce_example examples/small_test
     DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
@@ -38,6 +45,8 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "quon5 is started once after a test. It reads the logger data, the test
 specification and the files of the analyser bench, the FTIR analysers and the
 particulate cart, and writes the result file, the filter data file and the
-composite end-of-test file. csv2logr makes a logger data file from a CSV file.")
+composite end-of-test file. csv2logr makes a logger data file from a CSV file,
+quon5-report a page of the results, and quon5-compare tells what differs
+between two results.")
 set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_SOURCE_DIR}/scripts/package_time.cmake)
 include(CPack)

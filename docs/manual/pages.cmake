@@ -1,6 +1,10 @@
 # Each manual page is made from its template, the version, and the arguments in the program's help.
 set(manual_pages)
-foreach(page quon5.1 csv2logr.1 quon5-files.5)
+set(pages quon5.1 csv2logr.1 quon5-files.5)
+if(QUON5_COMPANIONS)
+    list(APPEND pages quon5-report.1 quon5-compare.1)
+endif()
+foreach(page ${pages})
     set(program)
     if(page MATCHES "^(.*)\\.1$")
         set(program ${CMAKE_MATCH_1})

@@ -178,6 +178,7 @@ const FuzzTarget kTargets[] = {
     {"keyword_memory", kKeywordMemory, run_reader<read_keyword_memory>, 1024, 6},
     {"logger_data", kLog, run_reader<read_logger_data>, 1024, 5},
     {"numbers", "", run_numbers, 64, 3},
+    {"results", "", run_results, 2560, 6},
     {"command_line", kArguments, run_command_line, 1024, 4},
     {"task", "", run_task, 4096, 10},
 };

@@ -15,8 +15,9 @@ struct FuzzTarget {
     int share;                            // of the time, in parts
 };
 
-// Stands in a file of its own.
+// Stand in files of their own.
 void run_numbers(std::string_view input);
+void run_results(std::string_view input);
 
 // The target of this name; none, after a list of them (name, longest input, share, file), when
 // there is none.

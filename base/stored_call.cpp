@@ -1,0 +1,108 @@
+#include "base/stored_call.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+#include "base/arguments.h"
+#include "base/text.h"
+#include "base/words.h"
+
+namespace {
+
+bool is_call_variable(std::string_view name) {
+    return std::find(std::begin(Call_variables), std::end(Call_variables), name) !=
+           std::end(Call_variables);
+}
+
+// The position of `name` in Keyword_arguments, or their number.
+std::size_t argument_position(std::string_view name) {
+    const auto* const row =
+        std::find_if(std::begin(Keyword_arguments), std::end(Keyword_arguments),
+                     [&](const KEYWORD_ARGUMENT& argument) { return name == argument.name; });
+    return static_cast<std::size_t>(row - std::begin(Keyword_arguments));
+}
+
+std::vector<std::string> values_of(std::vector<std::string>& words, const std::string& program) {
+    std::vector<char*> pointers;
+    for (std::string& word : words) pointers.push_back(word.data());
+    return read_words(Keyword_arguments, pointers, program);
+}
+
+// Takes the line `name=value` of a stored call. The exception names what is wrong, not where.
+void take_line(const std::string& line, TASK_CALL& call, std::vector<std::string>& words) {
+    const std::size_t equals = line.find('=');
+    if (equals == line.npos) throw std::runtime_error(shown(line) + " is no name=value");
+    const std::string name = line.substr(0, equals);
+    const auto is_of_name = [&](const std::string& word) {
+        return word.substr(0, word.find('=')) == name;
+    };
+    if (std::any_of(words.begin(), words.end(), is_of_name) || call.environment.count(name) != 0) {
+        throw std::runtime_error(shown(name) + " is given twice");
+    }
+    if (argument_position(name) < std::size(Keyword_arguments)) {
+        words.push_back(line);
+    } else if (is_call_variable(name)) {
+        call.environment[name] = line.substr(equals + 1);
+    } else {
+        throw std::runtime_error(shown(name) +
+                                 " is neither an argument of quon5 nor one of its variables");
+    }
+}
+
+}  // namespace
+
+const std::string& TASK_CALL::value(std::string_view name) const {
+    return values.at(argument_position(name));
+}
+
+std::string TASK_CALL::variable(const std::string& name, const std::string& otherwise) const {
+    const auto found = environment.find(name);
+    return found == environment.end() ? otherwise : found->second;
+}
+
+std::string TASK_CALL::path(const std::string& filename) const {
+    return filename.empty() ? filename : (std::filesystem::path(directory) / filename).string();
+}
+
+TASK_CALL read_stored_call(const std::string& filename, const std::string& program) {
+    std::ifstream file(filename, std::ios::binary);
+    if (!file) throw std::runtime_error("cannot open " + filename + ": " + strerror(errno));
+    TASK_CALL call;
+    call.directory = std::filesystem::path(filename).parent_path().string();
+    std::vector<std::string> words;
+    int number = 0;
+    for (std::string line; std::getline(file, line);) {
+        ++number;
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        if (line.empty() || line.front() == '#') continue;
+        try {
+            take_line(line, call, words);
+        } catch (const std::runtime_error& failure) {
+            throw std::runtime_error(filename + ":" + std::to_string(number) + ": " +
+                                     failure.what());
+        }
+    }
+    if (file.bad()) throw std::runtime_error("cannot read " + filename + ": " + strerror(errno));
+    try {
+        call.values = values_of(words, program);
+    } catch (const std::runtime_error& failure) {
+        throw std::runtime_error(filename + ": " + failure.what());
+    }
+    return call;
+}
+
+TASK_CALL call_of_words(std::vector<std::string> words, const std::string& program) {
+    TASK_CALL call;
+    call.values = values_of(words, program);
+    for (const char* name : Call_variables) {
+        const char* value = std::getenv(name);
+        if (value != nullptr) call.environment[name] = value;
+    }
+    return call;
+}
