@@ -29,7 +29,7 @@ std::string failure_of(const std::string& contents) {
 
 TEST(StoredCall, HasValuesVariablesAndNamesFromItsDirectory) {
     const tests::TEMPORARY_FILE file(std::string("# a call\n\n") + kWords +
-                              "activity=Development test = 2 \r\nTZ=UTC\nWRITE_APPEND=\n");
+                                     "activity=Development test = 2 \r\nTZ=UTC\nWRITE_APPEND=\n");
     const TASK_CALL call = read_stored_call(file.path(), "quon5-report");
     EXPECT_EQ(call.value("cycle"), "FTP");
     EXPECT_EQ(call.value("activity"), "Development test = 2 ");
