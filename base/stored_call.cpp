@@ -30,6 +30,7 @@ std::size_t argument_position(std::string_view name) {
 
 std::vector<std::string> values_of(std::vector<std::string>& words, const std::string& program) {
     std::vector<char*> pointers;
+    pointers.reserve(words.size());
     for (std::string& word : words) pointers.push_back(word.data());
     return read_words(Keyword_arguments, pointers, program);
 }
