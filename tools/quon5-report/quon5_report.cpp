@@ -51,6 +51,7 @@ The page is one file and needs no network. See quon5-report(1).)");
 
 std::vector<char*> pointers_to(std::vector<std::string>& words) {
     std::vector<char*> pointers;
+    pointers.reserve(words.size());
     for (std::string& word : words) pointers.push_back(word.data());
     return pointers;
 }
