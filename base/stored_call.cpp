@@ -92,6 +92,7 @@ TASK_CALL read_stored_call(const std::string& filename, const std::string& progr
     if (file.bad()) throw std::runtime_error("cannot read " + filename + ": " + strerror(errno));
     try {
         call.values = values_of(words, program);
+        call.words = std::move(words);
     } catch (const std::runtime_error& failure) {
         throw std::runtime_error(filename + ": " + failure.what());
     }
@@ -101,6 +102,7 @@ TASK_CALL read_stored_call(const std::string& filename, const std::string& progr
 TASK_CALL call_of_words(std::vector<std::string> words, const std::string& program) {
     TASK_CALL call;
     call.values = values_of(words, program);
+    call.words = std::move(words);
     for (const char* name : Call_variables) {
         const char* value = std::getenv(name);
         if (value != nullptr) call.environment[name] = value;

@@ -18,6 +18,7 @@ inline constexpr const char* Call_variables[] = {
 
 struct TASK_CALL {
     std::vector<std::string> values;                 // in the order of Keyword_arguments
+    std::vector<std::string> words;                  // as they were given
     std::map<std::string, std::string> environment;  // by name, what is set
     std::string directory;  // from which relative names count; empty: the working directory
 

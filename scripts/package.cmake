@@ -25,7 +25,6 @@ foreach(page ${manual_pages})
 endforeach()
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)  # as README.md links to them
-install(FILES examples/call DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 install(DIRECTORY ${example}/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 install(PROGRAMS examples/reduce_example examples/small_test
     DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
