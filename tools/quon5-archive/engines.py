@@ -11,7 +11,7 @@ from .arguments import CannotRun, shown
 
 PACKAGES = {"parallel": "parallel", "sbatch": "slurm-wlm", "squeue": "slurm-wlm", "scontrol": "slurm-wlm",
             "scancel": "slurm-wlm", "ssh": "openssh-client"}
-SLURM_JOB = ".work/slurm_job"   # below the results
+SLURM_JOB = "slurm_job"  # in the work directory
 ENDED = {"COMPLETED", "FAILED", "CANCELLED", "TIMEOUT", "NODE_FAIL", "OUT_OF_MEMORY", "BOOT_FAIL", "DEADLINE"}
 
 
@@ -36,10 +36,11 @@ class Parallel:
             self.command += ["--sshloginfile", os.path.abspath(values["hosts"]), "--retries", "3"]
             self.default_chunk = 10
 
-    def run(self, job, firsts, chunk, results, lock):
+    def run(self, job, firsts, chunk, work, lock):
         if sys.stderr.isatty():
             self.command.append("--bar")
-        command = [*self.command, "--joblog", os.path.join(results, "jobs.log"),
+        log = os.path.join(work, "jobs.log")
+        command = [*self.command, "--joblog", log,
                    f"{' '.join(map(shlex.quote, job))} {{}} {chunk}"]
         environment = os.environ | {"PARALLEL_SHELL": "/bin/sh"}
         with subprocess.Popen(command, stdin=subprocess.PIPE, env=environment, pass_fds=[lock]) as running:
@@ -50,6 +51,8 @@ class Parallel:
                     running.terminate()
                     time.sleep(0.2)
                 raise
+        if os.path.exists(log):
+            os.replace(log, os.path.join(os.path.dirname(work), "jobs.log"))
 
 
 class Slurm:
@@ -72,7 +75,7 @@ class Slurm:
                 return int(value)
         raise CannotRun("the controller of Slurm does not answer: try scontrol ping, then call again")
 
-    def run(self, job, firsts, chunk, results, lock):
+    def run(self, job, firsts, chunk, work, lock):
         del lock  # the jobs of a cluster cannot hold it
         numbers, count = list(firsts), chunk * len(firsts)
         longest = self.longest_array()
@@ -80,12 +83,12 @@ class Slurm:
             chunk = -(-count // longest)
             numbers = list(range(0, count, chunk))
         script = f"#!/bin/sh\nexec {' '.join(map(shlex.quote, job))} $((SLURM_ARRAY_TASK_ID * {chunk})) {chunk}\n"
-        sent = self._call("sbatch", "--parsable", "--requeue", "--job-name=quon5-archive", f"--chdir={results}",
-                          "--output=.work/slurm-%a.txt", f"--array=0-{len(numbers) - 1}{self.at_once}", text=script)
+        sent = self._call("sbatch", "--parsable", "--requeue", "--job-name=quon5-archive", f"--chdir={work}",
+                          "--output=slurm-%a.txt", f"--array=0-{len(numbers) - 1}{self.at_once}", text=script)
         if sent.returncode != 0:
             raise CannotRun(f"Slurm does not take the jobs: {sent.stderr.strip()}")
         number = sent.stdout.strip().split(";")[0]
-        with open(os.path.join(results, SLURM_JOB), "w", encoding="ascii") as file:
+        with open(os.path.join(work, SLURM_JOB), "w", encoding="ascii") as file:
             file.write(number)
         try:
             self._wait(number, len(numbers))
@@ -115,10 +118,10 @@ class Slurm:
                 return
             time.sleep(min(10.0, max(0.5, (time.monotonic() - began) / 20)))
 
-    def forget_earlier(self, results):
+    def end_earlier(self, work):
         """Ends the jobs of a call that was killed, so that they do not come in between."""
         try:
-            with open(os.path.join(results, SLURM_JOB), encoding="ascii") as file:
+            with open(os.path.join(work, SLURM_JOB), encoding="ascii") as file:
                 number = file.read().strip()
         except OSError:
             return

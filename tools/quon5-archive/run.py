@@ -61,25 +61,25 @@ def lock(results):
 
 
 def clear_work(results):
-    """Removes what a killed call left half done."""
+    """A new work directory in the place of what a killed call left half done."""
     work = os.path.join(results, WORK)
     if os.path.islink(work):
         raise CannotRun(f"{shown(work)} is a link: remove it")
     for attempt in range(3):
         try:
-            shutil.rmtree(work)
-        except FileNotFoundError:
-            return
+            if os.path.lexists(work):
+                shutil.rmtree(work)
+            os.mkdir(work)
+            return work
         except OSError as failure:
             if attempt == 2:
                 raise CannotRun(f"cannot remove {shown(work)}: {failure.strerror}; remove it by hand") from failure
             time.sleep(0.5)
 
 
-def write_plan(results, words, names):
+def write_plan(work, words, names):
     """Writes the plan that the jobs read."""
-    os.mkdir(os.path.join(results, WORK))
-    filename = os.path.join(results, WORK, "plan")
+    filename = os.path.join(work, "plan")
     with open(filename, "xb") as file:
         texts = [*(f"{name}={value}" for name, value in words.items()), "", *names]
         file.write(b"".join(os.fsencode(text) + b"\0" for text in texts))
@@ -117,8 +117,8 @@ def reduce(place, values, tests, results):
         raise CannotRun(f"{place.prefix}/libexec/quon5/quon5-archive-one is missing: install the package again")
     held = lock(results)
     if values["on"] == "slurm":
-        engine.forget_earlier(results)
-    clear_work(results)
+        engine.end_earlier(os.path.join(results, WORK))
+    work = clear_work(results)
     try:
         all_tests = stored_tests.find(tests)
     except OSError as failure:
@@ -135,12 +135,12 @@ def reduce(place, values, tests, results):
     run_name = f"{time.time_ns()}.{os.getpid()}"
     if names:
         chunk = int(values["chunk"]) if values["chunk"] else engine.default_chunk
-        plan = write_plan(results, {"tests": tests, "results": results, "run": run_name, "with": "\t".join(made_with),
+        plan = write_plan(work, {"tests": tests, "results": results, "run": run_name, "with": "\t".join(made_with),
                                     **programs, "tolerance": values["tolerance"], "ignore": values["ignore"]}, names)
-        engine.run([helper, plan], range(0, len(names), chunk), chunk, results, held)
+        engine.run([helper, plan], range(0, len(names), chunk), chunk, work, held)
     rows = list(rows_of(results, all_tests, set(names), run_name, values))
-    summary.write(results, rows, place, values)
-    shutil.rmtree(os.path.join(results, WORK), ignore_errors=True)
+    summary.write(results, work, rows, place, values)
+    shutil.rmtree(work, ignore_errors=True)
     return close(rows, results, values["compare"] == "yes")
 
 

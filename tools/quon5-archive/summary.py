@@ -41,12 +41,12 @@ class Row(NamedTuple):
         return self.status not in records.GOOD
 
 
-def _write(filename, content):
+def _write(results, work, name, content):
     """A new file in the place of an earlier one, whole at any time."""
-    new = filename + ".new"
-    with open(new, "wb") as file:
+    new = os.path.join(work, name)
+    with open(new, "xb") as file:
         file.write(content)
-    os.replace(new, filename)
+    os.replace(new, os.path.join(results, name))
 
 
 def _table(rows):
@@ -81,6 +81,7 @@ def _page(rows, place, values):
     return page.encode()
 
 
-def write(results, rows, place, values):
-    _write(os.path.join(results, "summary.tsv"), _table(rows))
-    _write(os.path.join(results, "summary.html"), _page(rows, place, values))
+def write(results, work, rows, place, values):
+    """Writes the summary; its files are made in the directory `work`."""
+    _write(results, work, "summary.tsv", _table(rows))
+    _write(results, work, "summary.html", _page(rows, place, values))
