@@ -9,21 +9,21 @@ ARGUMENTS = (
      "It must lie outside of tests."),
     ("jobs", "", "how many tests are reduced at once, on each machine of hosts=",
      "Default: one for each core; no limit with on=slurm."),
-    ("compare", "no", "yes: hold each result against the stored one", ""),
+    ("compare", "no", "whether each result is held against the stored one: yes or no", "Default: no."),
     ("tolerance", "0", "tolerance of quon5-compare for compare=yes", "Default: 0."),
     ("ignore", "", "what may differ for compare=yes, as quon5-compare takes it", ""),
-    ("check", "no", "yes: run quon5-check on each test first", ""),
-    ("page", "no", "yes: make the page of each test with quon5-report", ""),
-    ("again", "", "all: reduce every test again",
+    ("check", "no", "whether quon5-check looks at each test first: yes or no", "Default: no."),
+    ("page", "no", "whether quon5-report makes a page of each test: yes or no", "Default: no."),
+    ("again", "", "with the value all, every test is reduced again",
      "Default: those whose result is missing, failed or out of date."),
-    ("on", "parallel", "parallel or slurm",
-     "parallel: GNU parallel on this machine or those of hosts=.\n"
-     "slurm: a job array of a Slurm cluster. Default: parallel."),
+    ("on", "parallel", "what runs the jobs: parallel or slurm",
+     "With parallel it is GNU parallel on this machine or those of hosts=.\n"
+     "With slurm it is a job array of a Slurm cluster. Default: parallel."),
     ("hosts", "", "file of machines, one a line, reached with ssh",
      "As --sshloginfile of GNU parallel takes it. All of them see tests and results\n"
      "under the same names."),
     ("chunk", "", "how many tests one job reduces, one after the other",
-     "Default: 1 on this machine, 10 with hosts= and on=slurm."),
+     "Default: 1 to 10, by the number of tests."),
 )
 ANSWERS = {"compare": ("yes", "no"), "check": ("yes", "no"), "page": ("yes", "no"),
            "again": ("all", ""), "on": ("parallel", "slurm")}

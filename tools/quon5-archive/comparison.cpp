@@ -32,31 +32,35 @@ class Contents {
         return fd_ >= 0 && fstat(fd_, &info) == 0 && S_ISREG(info.st_mode) ? info.st_size : -1;
     }
 
-    // Fills the block; shorter at the end, empty behind it and on a failure.
-    void read(std::string& block) const {
-        constexpr std::size_t kBlock = std::size_t{1} << 18;
-        block.resize(kBlock);
-        const ssize_t count = read_some(fd_, block.data(), kBlock);
-        failed_ = failed_ || count < 0;
-        block.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
+    // Reads a whole block, less at the end of the file. -1 on a failure.
+    ssize_t read(std::vector<char>& block) const {
+        std::size_t filled = 0;
+        while (filled < block.size()) {
+            const ssize_t count = read_some(fd_, block.data() + filled, block.size() - filled);
+            if (count < 0) return -1;
+            if (count == 0) break;
+            filled += static_cast<std::size_t>(count);
+        }
+        return static_cast<ssize_t>(filled);
     }
-    bool failed() const { return failed_; }
 
  private:
     int fd_;
-    mutable bool failed_ = false;
 };
 
 bool are_same_bytes(const Contents& one, const Contents& other) {
     if (one.size() != other.size()) return false;
-    std::string block;
-    std::string other_block;
-    do {
-        one.read(block);
-        other.read(other_block);
-        if (block != other_block || one.failed() || other.failed()) return false;
-    } while (!block.empty());
-    return true;
+    constexpr std::size_t kBlock = std::size_t{1} << 18;
+    std::vector<char> block(kBlock);
+    std::vector<char> other_block(kBlock);
+    while (true) {
+        const ssize_t size = one.read(block);
+        if (size < 0 || other.read(other_block) != size) return false;
+        if (size == 0) return true;
+        if (memcmp(block.data(), other_block.data(), static_cast<std::size_t>(size)) != 0) {
+            return false;
+        }
+    }
 }
 
 void append_line(const std::string& text) {

@@ -27,14 +27,15 @@ class Parallel:
 
     def __init__(self, values):
         self.command = [program("parallel"), "--plain", "--ungroup", "--jobs", values["jobs"] or "100%"]
-        self.default_chunk = 1
+        # So many jobs that all cores are busy to the end.
+        self.wanted_jobs = 20 * (int(values["jobs"]) if values["jobs"].isdigit() else os.cpu_count() or 1)
         if values["hosts"]:
             if not os.path.isfile(values["hosts"]):
                 raise CannotRun(f"hosts={shown(values['hosts'])} is no file")
             program("ssh")
             # A machine that does not answer costs no test: another one takes it.
             self.command += ["--sshloginfile", os.path.abspath(values["hosts"]), "--retries", "3"]
-            self.default_chunk = 10
+            self.wanted_jobs *= 10
 
     def run(self, job, firsts, chunk, work, lock):
         if sys.stderr.isatty():
@@ -62,7 +63,7 @@ class Slurm:
         for name in ("sbatch", "squeue", "scontrol", "scancel"):
             program(name)
         self.at_once = f"%{values['jobs']}" if values["jobs"] else ""
-        self.default_chunk = 10
+        self.wanted_jobs = 100
 
     @staticmethod
     def _call(*command, text=None):

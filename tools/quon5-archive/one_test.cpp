@@ -90,7 +90,8 @@ class Reduction {
         } else {
             compare(outcome);
         }
-        count_entries(record);
+        const std::string first_error = count_entries(record);
+        if (outcome.failed && !first_error.empty()) outcome.changes += ": " + first_error;
         const std::string& report = plan_.value("report");
         if (!report.empty()) make_page(report, record);
         for (const CallFile& output : files_.outputs) {
@@ -135,21 +136,23 @@ class Reduction {
     }
 
     // Every entry of the error log is on the console too, unless a test cell's own runtime has no
-    // such habit. What the console adds to the log stays.
-    void count_entries(Record& record) const {
+    // such habit. What the console adds to the log stays. Returns the text of the first error.
+    std::string count_entries(Record& record) const {
         const std::string log = contents(files_.outputs.back().filename);
         const std::string console = contents(kConsole);
         if (log == console) unlink(kConsole);
         remove_when_empty(kConsole);
         int errors = 0;
         int warnings = 0;
+        std::string first_error;
         for (const LogEntry& entry : read_error_log(log.empty() ? console : log).entries) {
             const std::string severity = severity_of(entry.mode);
-            errors += severity == "error" ? 1 : 0;
+            if (severity == "error" && errors++ == 0) first_error = entry.text;
             warnings += severity == "warning" ? 1 : 0;
         }
         record.add("errors", {std::to_string(errors)});
         record.add("warnings", {std::to_string(warnings)});
+        return first_error.substr(0, first_error.find('\n'));
     }
 
     void make_page(const std::string& program, Record& record) const {
@@ -252,8 +255,8 @@ void reduce_test(const Plan& plan, std::size_t number) {
         names.remove();
         workplace.emplace(work, names.name(), stored, CallFiles{});
     }
-    char seconds[32];
-    snprintf(seconds, sizeof seconds, "%.3f", outcome.seconds);
+    char seconds[32] = "";
+    if (outcome.status != "refused") snprintf(seconds, sizeof seconds, "%.3f", outcome.seconds);
     Record head;
     head.add("status", {outcome.status});
     head.add("changes", {outcome.changes});

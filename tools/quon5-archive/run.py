@@ -134,7 +134,7 @@ def reduce(place, values, tests, results):
           + (f", {refused} refused" if refused else ""), file=sys.stderr)
     run_name = f"{time.time_ns()}.{os.getpid()}"
     if names:
-        chunk = int(values["chunk"]) if values["chunk"] else engine.default_chunk
+        chunk = int(values["chunk"]) if values["chunk"] else min(10, max(1, len(names) // engine.wanted_jobs))
         plan = write_plan(work, {"tests": tests, "results": results, "run": run_name, "with": "\t".join(made_with),
                                     **programs, "tolerance": values["tolerance"], "ignore": values["ignore"]}, names)
         engine.run([helper, plan], range(0, len(names), chunk), chunk, work, held)
