@@ -12,6 +12,7 @@ from .arguments import CannotRun, shown
 PACKAGES = {"parallel": "parallel", "sbatch": "slurm-wlm", "squeue": "slurm-wlm", "scontrol": "slurm-wlm",
             "scancel": "slurm-wlm", "ssh": "openssh-client"}
 SLURM_JOB = "slurm_job"  # in the work directory
+STANDSTILL = 30  # seconds
 ENDED = {"COMPLETED", "FAILED", "CANCELLED", "TIMEOUT", "NODE_FAIL", "OUT_OF_MEMORY", "BOOT_FAIL", "DEADLINE"}
 
 
@@ -37,7 +38,8 @@ class Parallel:
             self.command += ["--sshloginfile", os.path.abspath(values["hosts"]), "--retries", "3"]
             self.wanted_jobs *= 10
 
-    def run(self, job, firsts, chunk, work, lock):
+    def run(self, job, firsts, chunk, work, lock, finished):
+        del finished  # it knows its jobs
         if sys.stderr.isatty():
             self.command.append("--bar")
         log = os.path.join(work, "jobs.log")
@@ -76,7 +78,7 @@ class Slurm:
                 return int(value)
         raise CannotRun("the controller of Slurm does not answer: try scontrol ping, then call again")
 
-    def run(self, job, firsts, chunk, work, lock):
+    def run(self, job, firsts, chunk, work, lock, finished):
         del lock  # the jobs of a cluster cannot hold it
         numbers, count = list(firsts), chunk * len(firsts)
         longest = self.longest_array()
@@ -92,7 +94,7 @@ class Slurm:
         with open(os.path.join(work, SLURM_JOB), "w", encoding="ascii") as file:
             file.write(number)
         try:
-            self._wait(number, len(numbers))
+            self._wait(number, len(numbers), finished)
         except BaseException:
             self._call("scancel", number)
             raise
@@ -104,8 +106,8 @@ class Slurm:
             return asked.stdout.split()
         return [] if "Invalid job id" in asked.stderr else None
 
-    def _wait(self, number, tasks):
-        began, silent = time.monotonic(), False
+    def _wait(self, number, tasks, finished):
+        began, silent, last, changed = time.monotonic(), False, tasks, time.monotonic()
         while True:
             states = self._states(number)
             if states is None and not silent:
@@ -117,6 +119,14 @@ class Slurm:
                 show_bar(tasks - left, tasks, time.monotonic() - began)
             if left == 0:
                 return
+            if left != last:
+                last, changed = left, time.monotonic()
+            elif time.monotonic() - changed > STANDSTILL:
+                # A controller that was down when a job ended takes it for running, long after.
+                if finished():
+                    self._call("scancel", number)
+                    return
+                changed = time.monotonic()
             time.sleep(min(10.0, max(0.5, (time.monotonic() - began) / 20)))
 
     def end_earlier(self, work):

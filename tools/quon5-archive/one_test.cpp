@@ -90,8 +90,8 @@ class Reduction {
         } else {
             compare(outcome);
         }
-        const std::string first_error = count_entries(record);
-        if (outcome.failed && !first_error.empty()) outcome.changes += ": " + first_error;
+        const std::string told = count_entries(record);
+        if (outcome.failed && !told.empty()) outcome.changes += ": " + told;
         const std::string& report = plan_.value("report");
         if (!report.empty()) make_page(report, record);
         for (const CallFile& output : files_.outputs) {
@@ -136,7 +136,7 @@ class Reduction {
     }
 
     // Every entry of the error log is on the console too, unless a test cell's own runtime has no
-    // such habit. What the console adds to the log stays. Returns the text of the first error.
+    // such habit. What the console adds to the log stays. Returns what the log says of a failure.
     std::string count_entries(Record& record) const {
         const std::string log = contents(files_.outputs.back().filename);
         const std::string console = contents(kConsole);
@@ -144,15 +144,20 @@ class Reduction {
         remove_when_empty(kConsole);
         int errors = 0;
         int warnings = 0;
-        std::string first_error;
+        std::string told;  // the warning before the first error, which often is its reason
         for (const LogEntry& entry : read_error_log(log.empty() ? console : log).entries) {
             const std::string severity = severity_of(entry.mode);
-            if (severity == "error" && errors++ == 0) first_error = entry.text;
-            warnings += severity == "warning" ? 1 : 0;
+            const std::string text = entry.text.substr(0, entry.text.find('\n'));
+            if (severity == "warning") {
+                ++warnings;
+                if (errors == 0) told = text;
+            } else if (severity == "error") {
+                if (errors++ == 0) told += (told.empty() ? "" : "; ") + text;
+            }
         }
         record.add("errors", {std::to_string(errors)});
         record.add("warnings", {std::to_string(warnings)});
-        return first_error.substr(0, first_error.find('\n'));
+        return told;
     }
 
     void make_page(const std::string& program, Record& record) const {

@@ -96,6 +96,11 @@ def to_reduce(tests, results, all_tests, wanted, again):
     return [test.name for test in all_tests if not test.refusal and needs(test.name)]
 
 
+def has_new_result(results, name, run_name):
+    record = records.read(results, name)
+    return record is not None and record.get("run") == run_name
+
+
 def rows_of(results, all_tests, new, run_name, values):
     """A row of the summary for each test."""
     for test in all_tests:
@@ -137,7 +142,8 @@ def reduce(place, values, tests, results):
         chunk = int(values["chunk"]) if values["chunk"] else min(10, max(1, len(names) // engine.wanted_jobs))
         plan = write_plan(work, {"tests": tests, "results": results, "run": run_name, "with": "\t".join(made_with),
                                     **programs, "tolerance": values["tolerance"], "ignore": values["ignore"]}, names)
-        engine.run([helper, plan], range(0, len(names), chunk), chunk, work, held)
+        engine.run([helper, plan], range(0, len(names), chunk), chunk, work, held,
+                   lambda: all(has_new_result(results, name, run_name) for name in names))
     rows = list(rows_of(results, all_tests, set(names), run_name, values))
     summary.write(results, work, rows, place, values)
     shutil.rmtree(work, ignore_errors=True)
