@@ -27,7 +27,9 @@ std::vector<std::string> environment_with(const std::map<std::string, std::strin
             all.emplace_back(text);
         }
     }
-    for (const auto& [name, value] : variables) all.push_back(name + "=" + value);
+    for (const auto& [name, value] : variables) {
+        all.emplace_back(name).append("=").append(value);
+    }
     return all;
 }
 
