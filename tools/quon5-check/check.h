@@ -63,6 +63,8 @@ struct Test {
 
     // Whether there is such a file: no cart and an FTIR file of the default name need not be there.
     bool expects(INPUT input) const;
+    // Whether the specification names nearly all logged channels, but one to three.
+    bool lacks_a_few_channels() const;
     // The place of an argument: its line in the stored call, or the file that it names.
     Place place_of_argument(const std::string& name) const;
     // A line of a file; the end of a file, for what is missing there.

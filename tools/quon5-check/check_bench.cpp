@@ -119,6 +119,25 @@ std::map<std::string, const SourceLine*> species_columns(const Test& test) {
     return columns;
 }
 
+// A measured gas without a column, where the specification lacks a channel or two.
+void check_columns(Test& test) {
+    const SourceSection* const range = bench_section(test, "@CONT_CHAN_UL_VAL");
+    const SourceSection* const mapping = bench_section(test, "@SPECIES_TAG_TO_KEYWORD_MAPPING");
+    if (!test.lacks_a_few_channels() || mapping == nullptr) return;
+    const auto columns = species_columns(test);
+    const SourceSection* const deskew = bench_section(test, "@DESKEW_TIMES");
+    for (const SourceLine& line : mapping->lines) {
+        const std::string& tag = line.word(0);
+        if (!names_first(range, tag) || !names_first(deskew, tag) || columns.count(tag) != 0) {
+            continue;
+        }
+        test.findings.add(Check::channel_not_specified, test.at_end(IN_SPECIFICATION),
+                          "species " + tag + " is measured but heads no channel of the "
+                          "specification, so it has no column",
+                          tag);
+    }
+}
+
 void check_needs(Test& test) {
     const SourceSection* const deskew = bench_section(test, "@DESKEW_TIMES");
     const SourceSection* const cart = test.files[IN_CART].section("@DESKEW_TIMES");
@@ -239,6 +258,7 @@ void check_bench(Test& test) {
     check_concentrations(test, Stage(test, IN_BENCH, "@SAMPL_BAG"), "@SAMPL_BAG_CONC");
     check_concentrations(test, Stage(test, IN_BENCH, "@BACKGND"), "@BACKGND_CONT_CONC");
     check_concentrations(test, Stage(test, IN_BENCH, "@BACKGND"), "@BACKGND_BAG_CONC");
+    check_columns(test);
     check_needs(test);
     for (const char* keyword : {"@BENCH_LEAK_TEST_VALIDATION", "@LEAK_TEST_VALIDATION"}) {
         check_leak_tests(test, IN_BENCH, keyword);
