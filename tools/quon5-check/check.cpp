@@ -21,8 +21,7 @@ constexpr char kNoCart[] = "NoPM_Available";
 constexpr char kDefaultFtir[] = "--";
 
 std::string name_of_input(const Test& test, INPUT input) {
-    return input == IN_MEMORY ? keyword_memory_filename()
-                              : test.call.value(Inputs[input].argument);
+    return input == IN_MEMORY ? keyword_memory_filename() : test.call.value(Inputs[input].argument);
 }
 
 void gather_species(Test& test) {
@@ -124,9 +123,9 @@ void check_test(Test& test) {
     gather_logged(test);
     gather_memory(test);
     test.run = run_task(test.call);
-    for (const auto check : {check_files, check_sections, check_lines, check_values, check_bench,
-                             check_ftir, check_specification, check_labels, check_log,
-                             check_records, take_entries}) {
+    for (const auto check :
+         {check_files, check_sections, check_lines, check_values, check_bench, check_ftir,
+          check_specification, check_labels, check_log, check_records, take_entries}) {
         check(test);
     }
     clear_task();

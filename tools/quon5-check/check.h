@@ -55,9 +55,9 @@ struct Test {
     SourceFile files[NUM_INPUTS];
     Species species;
     Specified specified;
-    std::vector<LoggedChannel> logged;    // in the order of the log
+    std::vector<LoggedChannel> logged;  // in the order of the log
     std::set<std::string> logged_labels;
-    std::set<std::string> memory;         // keywords of keyword memory
+    std::set<std::string> memory;  // keywords of keyword memory
     TaskRun run;
     Findings findings;
 

@@ -26,14 +26,15 @@ bool names_first(const SourceSection* section, const std::string& tag) {
 // A long-form tag must be a channel keyword of keyword memory.
 void check_mapping_tag(Test& test, const SourceLine& line) {
     const std::string& tag = line.word(0);
-    const bool short_form = std::find(std::begin(Em_species_keywds),
-                                      std::begin(Em_species_keywds) + NUM_EMIS_SPECIES,
-                                      tag) != std::begin(Em_species_keywds) + NUM_EMIS_SPECIES;
+    const bool short_form =
+        std::find(std::begin(Em_species_keywds), std::begin(Em_species_keywds) + NUM_EMIS_SPECIES,
+                  tag) != std::begin(Em_species_keywds) + NUM_EMIS_SPECIES;
     if (short_form || test.memory.empty() || test.memory.count(tag) != 0) return;
     std::set<std::string> known = test.memory;
     for (int i = 0; i < NUM_EMIS_SPECIES; ++i) known.insert(Em_species_keywds[i]);
     test.findings.add(Check::unknown_species, test.at(IN_BENCH, line),
-                      "tag " + shown(tag) + " is neither a species nor a channel of keyword memory" +
+                      "tag " + shown(tag) +
+                          " is neither a species nor a channel of keyword memory" +
                           suggestion(tag, known),
                       tag);
 }
@@ -92,9 +93,9 @@ void check_complete(Test& test, const Stage& stage) {
     if (present < 3) return;
     for (const char* section : Reading_sections) {
         if (file.section(stage.name + section) != nullptr) continue;
-        test.findings.add(Check::incomplete_readings, test.at_end(IN_BENCH),
-                          "the file has no section " + stage.name + section +
-                              ", but others of its kind");
+        test.findings.add(
+            Check::incomplete_readings, test.at_end(IN_BENCH),
+            "the file has no section " + stage.name + section + ", but others of its kind");
     }
     for (const auto& [name, readings] : stage.analysers) {
         for (short r = 0; r < NUM_READINGS; ++r) {
@@ -132,8 +133,9 @@ void check_columns(Test& test) {
             continue;
         }
         test.findings.add(Check::channel_not_specified, test.at_end(IN_SPECIFICATION),
-                          "species " + tag + " is measured but heads no channel of the "
-                          "specification, so it has no column",
+                          "species " + tag +
+                              " is measured but heads no channel of the "
+                              "specification, so it has no column",
                           tag);
     }
 }
@@ -146,11 +148,10 @@ void check_needs(Test& test) {
     const SourceSection* const bag = bench_section(test, "@BACKGND_BAG_CONC");
     for (const auto& [tag, line] : species_columns(test)) {
         if (!names_first(deskew, tag) && !names_first(cart, tag)) {
-            test.findings.add(Check::no_deskew_time,
-                              deskew != nullptr ? test.at(IN_BENCH, deskew->heading)
-                                                : test.at_end(IN_BENCH),
-                              "species " + tag +
-                                  " heads a column of the composite file but has no deskew time");
+            test.findings.add(
+                Check::no_deskew_time,
+                deskew != nullptr ? test.at(IN_BENCH, deskew->heading) : test.at_end(IN_BENCH),
+                "species " + tag + " heads a column of the composite file but has no deskew time");
         }
         const bool gas = names_first(range, tag);
         if (gas && (background != nullptr || bag != nullptr) && !names_first(background, tag) &&
@@ -182,8 +183,8 @@ void check_leak_tests(Test& test, INPUT input, const char* keyword) {
         }
         if (std::fabs(leak) <= kLargeLeak * std::fabs(flow)) continue;
         test.findings.add(Check::large_leak, test.at(input, line),
-                          "the leak " + line.word(4) + " is large beside the flow " +
-                              line.word(2) + " " + line.word(3));
+                          "the leak " + line.word(4) + " is large beside the flow " + line.word(2) +
+                              " " + line.word(3));
     }
 }
 
@@ -222,10 +223,12 @@ void check_options(Test& test, INPUT input) {
             group = word;
         } else if (species.count(word) == 0 || group.empty()) {
             test.findings.add(Check::unknown_option, test.at(input, line),
-                              "option " + shown(word) + " is not known; it and what follows it are "
-                              "passed over" + suggestion(word, words));
-        } else if ((group == Chem_bal_options[0]) != (word == Chem_bal_species[0] ||
-                                                      word == Chem_bal_species[1])) {
+                              "option " + shown(word) +
+                                  " is not known; it and what follows it are "
+                                  "passed over" +
+                                  suggestion(word, words));
+        } else if ((group == Chem_bal_options[0]) !=
+                   (word == Chem_bal_species[0] || word == Chem_bal_species[1])) {
             test.findings.add(Check::unknown_option, test.at(input, line),
                               "option " + word + " does not belong to the group " + group +
                                   ", it is passed over");

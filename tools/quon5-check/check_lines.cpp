@@ -12,7 +12,7 @@
 namespace {
 
 constexpr long long kFarDays = 30;
-constexpr std::size_t kTextWidth = 79;   // what the records hold
+constexpr std::size_t kTextWidth = 79;  // what the records hold
 constexpr std::size_t kUnitsWidth = 15;
 
 class LineChecker {

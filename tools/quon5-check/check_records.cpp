@@ -118,8 +118,8 @@ class RecordChecker {
                 report_phase(r, "has no number");
                 continue;
             }
-            const bool phase = std::find(std::begin(kPhases), std::end(kPhases), sync[r]) !=
-                               std::end(kPhases);
+            const bool phase =
+                std::find(std::begin(kPhases), std::end(kPhases), sync[r]) != std::end(kPhases);
             if (phase) first.emplace(static_cast<int>(sync[r]), r);
             if (!phase && before >= kPhases[0]) {
                 report_phase(r, "is no phase of the test");
@@ -144,9 +144,9 @@ class RecordChecker {
     void report_phase(int record, const std::string& text) {
         if (++bad_phases_ > 5) return;
         const double phase = All_chans[sync_].data_ptr[record];
-        test_.findings.add(Check::phase_order, at_record(record),
-                           "phase " + text_of(phase) + " of record " + std::to_string(record + 1) +
-                               " " + text);
+        test_.findings.add(
+            Check::phase_order, at_record(record),
+            "phase " + text_of(phase) + " of record " + std::to_string(record + 1) + " " + text);
     }
 
     // The records of the cycle by time and by the synchronisation channel, from the task's entry.
@@ -176,11 +176,11 @@ class RecordChecker {
         const long long test_time =
             line == nullptr ? -1 : seconds_of_date(std::string(trimmed(line->text)));
         const double start = times[std::min(first_, num_records_ - 1)];
-        if (test_time >= 0 && std::fabs(start - static_cast<double>(test_time)) >
-                                  kOneAndAHalfDays) {
-            test_.findings.add(Check::names_differ, test_.at(IN_LOG, *line),
-                               "sys_time is more than a day away from the time of test " +
-                                   shown(line->text));
+        if (test_time >= 0 &&
+            std::fabs(start - static_cast<double>(test_time)) > kOneAndAHalfDays) {
+            test_.findings.add(
+                Check::names_differ, test_.at(IN_LOG, *line),
+                "sys_time is more than a day away from the time of test " + shown(line->text));
         }
     }
 
@@ -252,21 +252,19 @@ class RecordChecker {
     }
 
     void report_missing(const FLOGER_DATA_INFO& channel, int missing, int count, const Use& use) {
-        const Severity severity =
-            use.row || missing == count ? Severity::ERROR : Severity::WARNING;
+        const Severity severity = use.row || missing == count ? Severity::ERROR : Severity::WARNING;
         const bool of_results = use.row || use.column || use.counter ||
                                 test_.specified.labels.count(channel.chan_name) != 0;
         if (!of_results) return;
         const auto* const values = channel.data_ptr;
         const auto* const first = std::find_if(values + first_, values + end_,
                                                [](double value) { return std::isnan(value); });
-        test_.findings.add(Check::missing_values, severity,
-                           missing == count ? at_channel(channel)
-                                            : at_record(static_cast<int>(first - values)),
-                           "channel " + shown(channel.chan_name) + " has no value in " +
-                               std::to_string(missing) + " of the " + std::to_string(count) +
-                               " records of the cycle",
-                           channel.chan_name);
+        test_.findings.add(
+            Check::missing_values, severity,
+            missing == count ? at_channel(channel) : at_record(static_cast<int>(first - values)),
+            "channel " + shown(channel.chan_name) + " has no value in " + std::to_string(missing) +
+                " of the " + std::to_string(count) + " records of the cycle",
+            channel.chan_name);
     }
 
     void report_zero(const FLOGER_DATA_INFO& channel) {
@@ -287,9 +285,9 @@ class RecordChecker {
         double seconds = 0;
         units_dbl_to_def(time_[end_ - 1] - time_[first_], All_chans[0].units, &seconds);
         if (has_cycle_ && seconds > kLongCycle && values[end_ - 1] == values[first_]) {
-            test_.findings.add(Check::constant_zero, at_channel(channel),
-                               "the counter " + shown(channel.chan_name) +
-                                   " stays the same in all of the cycle");
+            test_.findings.add(
+                Check::constant_zero, at_channel(channel),
+                "the counter " + shown(channel.chan_name) + " stays the same in all of the cycle");
         }
     }
 
@@ -317,8 +315,8 @@ class RecordChecker {
                     !is_number(line.word(1), upper)) {
                     continue;
                 }
-                if (units_dbl_keyword_convrt(high, channel.units, &value,
-                                             line.word(2).c_str()) != 0) {
+                if (units_dbl_keyword_convrt(high, channel.units, &value, line.word(2).c_str()) !=
+                    0) {
                     test_.findings.add(Check::units_differ, at_channel(channel),
                                        "channel " + shown(channel.chan_name) + " has units " +
                                            shown(channel.units) + ", the range of its analyser " +
@@ -346,8 +344,7 @@ class RecordChecker {
             test_.findings.add(Check::lost_decimals, at_channel(channel),
                                "channel " + shown(channel.chan_name) + " has " +
                                    std::to_string(channel.vrbl_resolution) +
-                                   " decimals, but values such as " +
-                                   text_of(channel.data_ptr[r]) +
+                                   " decimals, but values such as " + text_of(channel.data_ptr[r]) +
                                    "; the composite file shows them rounded");
             return;
         }

@@ -61,8 +61,8 @@ class ChannelChecker {
     }
 
     static bool is_needed(const SpecifiedChannel& channel) {
-        return channel.subsystem < 0 || (channel.subsystem < 64 &&
-                                         Subsys_logi_var_values[channel.subsystem] == 1);
+        return channel.subsystem < 0 ||
+               (channel.subsystem < 64 && Subsys_logi_var_values[channel.subsystem] == 1);
     }
 
     void check_logged(const SpecifiedChannel& channel) {
@@ -80,17 +80,15 @@ class ChannelChecker {
         if (upper_case(specified) == upper_case(logged.units)) return;
         double one = 0;
         double zero = 0;
-        const bool same = units_dbl_keyword_convrt(1, specified.c_str(), &one,
-                                                   logged.units.c_str()) == 0 &&
-                          units_dbl_keyword_convrt(0, specified.c_str(), &zero,
-                                                   logged.units.c_str()) == 0 &&
-                          one == 1 && zero == 0;
+        const bool same =
+            units_dbl_keyword_convrt(1, specified.c_str(), &one, logged.units.c_str()) == 0 &&
+            units_dbl_keyword_convrt(0, specified.c_str(), &zero, logged.units.c_str()) == 0 &&
+            one == 1 && zero == 0;
         if (same) return;
         test_.findings.add(Check::units_differ, test_.at(IN_LOG, *logged.line),
                            "channel " + shown(channel.label()) + " is logged in " +
-                               shown(logged.units) + ", the specification has " +
-                               shown(specified) + " in line " +
-                               std::to_string(channel.line->number));
+                               shown(logged.units) + ", the specification has " + shown(specified) +
+                               " in line " + std::to_string(channel.line->number));
     }
 
     // What stands in the header of the composite file must not part its fields.
@@ -137,12 +135,16 @@ class ChannelChecker {
             keywords_.emplace(channel.keyword(), channel.line->number);
         if (!new_label) {
             test_.findings.add(Check::repeated_entry, at(channel),
-                               "channel " + shown(channel.label()) + " is given twice, first in "
-                               "line " + std::to_string(label->second));
+                               "channel " + shown(channel.label()) +
+                                   " is given twice, first in "
+                                   "line " +
+                                   std::to_string(label->second));
         } else if (!new_keyword && !channel.keyword().empty()) {
             test_.findings.add(Check::repeated_entry, at(channel),
-                               "keyword " + shown(channel.keyword()) + " heads two columns, the "
-                               "first by line " + std::to_string(keyword->second));
+                               "keyword " + shown(channel.keyword()) +
+                                   " heads two columns, the "
+                                   "first by line " +
+                                   std::to_string(keyword->second));
         }
     }
 
@@ -151,11 +153,11 @@ class ChannelChecker {
         std::set<std::string> logged;
         for (const auto& [label, row] : units_) logged.insert(label);
         const std::string meant = suggestion(channel.label(), logged);
-        test_.findings.add(Check::channel_not_logged,
-                           meant.empty() ? Severity::NOTE : Severity::WARNING, at(channel),
-                           "channel " + shown(channel.label()) +
-                               " is not logged, it has no statistics" + meant,
-                           channel.label());
+        test_.findings.add(
+            Check::channel_not_logged, meant.empty() ? Severity::NOTE : Severity::WARNING,
+            at(channel),
+            "channel " + shown(channel.label()) + " is not logged, it has no statistics" + meant,
+            channel.label());
     }
 
     Test& test_;
@@ -174,12 +176,12 @@ KeyKind kind_of_key(const std::string& key) {
         const char* part;
         KeyKind kind;
     } kKinds[] = {
-        {"UNITS", KeyKind::TEXT},          {"COMMENT", KeyKind::TEXT},
-        {"DESCRIPTION", KeyKind::TEXT},    {"TAKE_FUEL", KeyKind::TEXT},
-        {"DIGITS", KeyKind::INTEGER},      {"REFERENCE_CYCLE_CODE", KeyKind::INTEGER},
-        {"FEL_", KeyKind::NUMBER},         {"SPEED", KeyKind::NUMBER},
-        {"TORQUE", KeyKind::NUMBER},       {"POWER", KeyKind::NUMBER},
-        {"RESTRICTION", KeyKind::NUMBER},  {"RATIO", KeyKind::NUMBER},
+        {"UNITS", KeyKind::TEXT},         {"COMMENT", KeyKind::TEXT},
+        {"DESCRIPTION", KeyKind::TEXT},   {"TAKE_FUEL", KeyKind::TEXT},
+        {"DIGITS", KeyKind::INTEGER},     {"REFERENCE_CYCLE_CODE", KeyKind::INTEGER},
+        {"FEL_", KeyKind::NUMBER},        {"SPEED", KeyKind::NUMBER},
+        {"TORQUE", KeyKind::NUMBER},      {"POWER", KeyKind::NUMBER},
+        {"RESTRICTION", KeyKind::NUMBER}, {"RATIO", KeyKind::NUMBER},
     };
     for (const auto& row : kKinds) {
         if (key.find(row.part) != key.npos) return row.kind;
@@ -216,10 +218,10 @@ void check_keys(Test& test, const SourceSection& section, const char* const (&ke
     for (const SourceLine& line : section.lines) {
         const Place place = test.at(IN_SPECIFICATION, line);
         if (known.count(line.word(0)) == 0) {
-            test.findings.add(Check::unknown_key, place,
-                              "key " + shown(line.word(0)) + " is not known" +
-                                  suggestion(line.word(0), known),
-                              line.word(0));
+            test.findings.add(
+                Check::unknown_key, place,
+                "key " + shown(line.word(0)) + " is not known" + suggestion(line.word(0), known),
+                line.word(0));
             continue;
         }
         if (line.words.size() < 2) {
@@ -241,8 +243,10 @@ void check_version(Test& test) {
     const std::string& word = line->word(0);
     if (std::to_string(Version_cvsci) == word && Version_cvsci > 0) return;
     test.findings.add(Check::out_of_field, test.at(IN_SPECIFICATION, *line),
-                      "the version " + shown(word) + " is no whole number from 1 to 32767; it "
-                      "counts as " + std::to_string(Version_cvsci));
+                      "the version " + shown(word) +
+                          " is no whole number from 1 to 32767; it "
+                          "counts as " +
+                          std::to_string(Version_cvsci));
 }
 
 // A keyword of the mapping that keyword memory does not have, but one that is near and not in use.
@@ -276,8 +280,7 @@ void note_unspecified(Test& test) {
         if (count++ < kNamed) names += (names.empty() ? "" : ", ") + shown(channel.label);
     }
     if (count == 0 || test.specified.channels.empty()) return;
-    test.findings.add(Check::unspecified_channels,
-                      test.at(IN_LOG, *test.logged.front().line),
+    test.findings.add(Check::unspecified_channels, test.at(IN_LOG, *test.logged.front().line),
                       std::to_string(count) + " logged channel" + (count == 1 ? "" : "s") +
                           " without a column in the composite file: " + names +
                           (count > kNamed ? " ..." : ""));

@@ -45,14 +45,15 @@ void check_value(Test& test, const SectionForm& form, const Limits& limits) {
     const bool needs_units = form.keyword != "@QUON5_CYCLE_TIME" || !entry.units.empty();
     if (!needs_units) return;
     if (!are_known_units(entry.units)) {
-        test.findings.add(Check::unknown_units, Severity::ERROR, place,
-                          "units " + shown(entry.units) + " are unknown; the value does not convert",
-                          form.keyword);
+        test.findings.add(
+            Check::unknown_units, Severity::ERROR, place,
+            "units " + shown(entry.units) + " are unknown; the value does not convert",
+            form.keyword);
     } else if (!are_units_like(entry.units, limits.units.c_str())) {
-        test.findings.add(Check::wrong_units, Severity::ERROR, place,
-                          "units " + shown(entry.units) + " are of another quantity than " +
-                              limits.units,
-                          form.keyword);
+        test.findings.add(
+            Check::wrong_units, Severity::ERROR, place,
+            "units " + shown(entry.units) + " are of another quantity than " + limits.units,
+            form.keyword);
     } else if (!is_plausible(limits, entry.value, entry.units)) {
         test.findings.add(Check::implausible, place, explained(limits, entry.value, entry.units),
                           form.keyword);
@@ -110,7 +111,8 @@ void check_values(Test& test) {
     require(test, IN_LOG, "@TR_EM_CYCLE_NAME", "the cycle counts as of fixed length");
     require(test, IN_LOG, "@QUON5_OIL_PAN_TEMPERATURE", "row 10 has no_value");
     require(test, IN_LOG, "@LOGGED_CHANNELS", "the task fails");
-    if (test.logged_labels.count("sys_time") == 0) require(test, IN_LOG, "@QUON5_TIME_OF_TEST", "the task fails");
+    if (test.logged_labels.count("sys_time") == 0)
+        require(test, IN_LOG, "@QUON5_TIME_OF_TEST", "the task fails");
     require(test, IN_RESTRICTION, "@INTAKE_RESTRICTION_NORMAL", "row 6 has no_value");
     require(test, IN_RESTRICTION, "@EXHAUST_RESTRICTION_NORMAL", "row 7 has no_value");
     require(test, IN_CELL, "@OPTICAL_PATH_CELESCO_METER", "row 35 has no_value");
@@ -118,7 +120,8 @@ void check_values(Test& test) {
         require(test, IN_CELL, "@FUEL_CONSUMED_LBL", "the task fails");
     }
     require(test, IN_BENCH, "@SPECIES_TAG_TO_KEYWORD_MAPPING", "no species is measured");
-    require(test, IN_SPECIFICATION, "@VERSION", "the version is 0: the map gives the limits, fuel "
+    require(test, IN_SPECIFICATION, "@VERSION",
+            "the version is 0: the map gives the limits, fuel "
             "counter and weight the fuel used");
     for (const LABEL_ENTRY& entry : Label_entries) {
         require(test, IN_ORDA, entry.keyword, "the task fails");

@@ -148,8 +148,8 @@ constexpr FormRow kForms[] = {
     {IN_FTIR, "@DESKEW_TIMES", "channel value [time_units]", "deskew times", "DESKEW_TIME"},
     {IN_FTIR, "@CONT_CHAN_DET_METHOD", "channel text [text...]", "method and recipe", nullptr},
     {IN_FTIR, "@PRIMARY_CHOICES", "text channel [text...]", "choices", nullptr},
-    {IN_FTIR, "@LEAK_TEST_VALIDATION",
-     "train number flow flow_units leak flow_units [text...]", "leak tests", nullptr},
+    {IN_FTIR, "@LEAK_TEST_VALIDATION", "train number flow flow_units leak flow_units [text...]",
+     "leak tests", nullptr},
     {IN_FTIR, "@CHEMICAL_BALANCE_OPTIONS", "option [text [units]]",
      "options of the chemical balance", nullptr},
     {IN_SPECIFICATION, "@VERSION", "value", "version of the specification", nullptr},
@@ -177,12 +177,11 @@ std::vector<WordForm> words_of_form(std::string_view form, bool& repeats_last) {
         name.erase(std::remove_if(name.begin(), name.end(),
                                   [](char c) { return c == '[' || c == ']' || c == '.'; }),
                    name.end());
-        const auto* const row =
-            std::find_if(std::begin(kWords), std::end(kWords),
-                         [&](const auto& word) { return name == word.name; });
+        const auto* const row = std::find_if(std::begin(kWords), std::end(kWords),
+                                             [&](const auto& word) { return name == word.name; });
         const bool found = row != std::end(kWords);
-        words.push_back({name, found ? row->kind : WordKind::TEXT, found ? row->units : "",
-                         required});
+        words.push_back(
+            {name, found ? row->kind : WordKind::TEXT, found ? row->units : "", required});
     }
     return words;
 }

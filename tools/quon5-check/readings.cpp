@@ -8,9 +8,9 @@
 
 namespace {
 
-constexpr double kRangeSlack = 0.05;   // of the range, for readings
-constexpr double kZeroShare = 0.10;    // of the range, for zero readings
-constexpr double kSpanShare = 0.10;    // of the reference, for span readings
+constexpr double kRangeSlack = 0.05;  // of the range, for readings
+constexpr double kZeroShare = 0.10;   // of the range, for zero readings
+constexpr double kSpanShare = 0.10;   // of the reference, for span readings
 
 bool is_zero(READING reading) {
     return reading == ZERO_BEFORE || reading == ZERO_AFTER;
@@ -18,8 +18,8 @@ bool is_zero(READING reading) {
 
 // The reading in the units of another one. False when they do not convert.
 bool convert(const Reading& reading, const std::string& units, double& value) {
-    return units_dbl_keyword_convrt(reading.value, reading.units.c_str(), &value,
-                                    units.c_str()) == 0;
+    return units_dbl_keyword_convrt(reading.value, reading.units.c_str(), &value, units.c_str()) ==
+           0;
 }
 
 std::string text_of(const Reading& reading) {
@@ -123,8 +123,7 @@ class AnalyserCheck {
 Stage::Stage(const Test& test, INPUT input_of_stage, const std::string& name_of_stage)
     : input(input_of_stage), name(name_of_stage) {
     for (short r = 0; r < NUM_READINGS; ++r) {
-        const SourceSection* const section =
-            test.files[input].section(name + Reading_sections[r]);
+        const SourceSection* const section = test.files[input].section(name + Reading_sections[r]);
         if (section == nullptr) continue;
         for (const SourceLine& line : section->lines) {
             analysers[line.word(0)][static_cast<READING>(r)] = reading_of(line);

@@ -19,7 +19,7 @@ enum READING : short {
     NUM_READINGS
 };
 inline constexpr const char* Reading_sections[NUM_READINGS] = {
-    "_UL_VAL",        "_LL_VAL",       "_PRETEST_ZERO", "_PRETEST_SPAN",
+    "_UL_VAL",        "_LL_VAL",        "_PRETEST_ZERO", "_PRETEST_SPAN",
     "_POSTTEST_ZERO", "_POSTTEST_SPAN", "_REF_SPAN"};
 
 struct Reading {
