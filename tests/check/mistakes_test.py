@@ -45,7 +45,6 @@ class Check(unittest.TestCase):
     def simulate(directory, *options):
         subprocess.run([BUILD + "/simulate_test", f"output={directory}", *options], check=True,
                        stdout=subprocess.DEVNULL)
-        shutil.copy(pathlib.Path(__file__).parents[2] / "examples/call", directory)
 
     def changed(self, name, change):
         """The sound test with one file changed."""
