@@ -79,7 +79,10 @@ class Reduction {
         Outcome outcome;
         add_sources(record);
         const std::string& check = plan_.value("check");
-        if (!check.empty()) outcome.check = checked(check, stored_ + "/call");
+        if (!check.empty()) {
+            record.add_source(stored_ + "/quon5-check.defaults");
+            outcome.check = checked(check, stored_ + "/call");
+        }
         const Ending ending =
             run_program(plan_.value("quon5"), call_.words, call_.environment, "", kConsole);
         outcome.seconds = ending.seconds;

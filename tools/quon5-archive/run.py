@@ -165,6 +165,10 @@ def close(rows, results, compared):
     return NOT_GOOD if bad or (compared and count["changed"]) else GOOD
 
 
+def stop(*_):
+    raise KeyboardInterrupt
+
+
 def main(words, place):
     if words in (["--help"], ["-h"]):
         print(arguments.help_text())
@@ -172,8 +176,8 @@ def main(words, place):
     if words in (["--version"], ["-V"]):
         print(f"quon5-archive {place.version}")
         return GOOD
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(TROUBLE))
-    signal.signal(signal.SIGHUP, lambda *_: sys.exit(TROUBLE))
+    for end in (signal.SIGTERM, signal.SIGHUP):
+        signal.signal(end, stop)
     try:
         values = arguments.read(words)
         return reduce(place, values, *arguments.places(values))
