@@ -51,11 +51,14 @@ def lock(results):
     """A lock on the results, which the jobs on this machine hold too."""
     try:
         file = os.open(os.path.join(results, ".lock"), os.O_RDWR | os.O_CREAT | os.O_NOFOLLOW | os.O_CLOEXEC, 0o666)
-        fcntl.flock(file, fcntl.LOCK_EX | fcntl.LOCK_NB)
-        return file
-    except BlockingIOError as failure:
+        for _ in range(20):  # the last jobs of a call that was stopped may just be ending
+            try:
+                fcntl.flock(file, fcntl.LOCK_EX | fcntl.LOCK_NB)
+                return file
+            except BlockingIOError:
+                time.sleep(0.2)
         raise CannotRun(f"another quon5-archive works in {shown(results)}, or its jobs still run: wait for it, "
-                        f"or end it (fuser {shown(results)}/.lock)") from failure
+                        f"or end it (fuser {shown(results)}/.lock)")
     except OSError as failure:
         raise CannotRun(f"cannot lock {shown(results)}/.lock: {failure.strerror}") from failure
 
