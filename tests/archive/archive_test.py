@@ -6,6 +6,7 @@
 import os
 import pathlib
 import random
+import re
 import shutil
 import signal
 import subprocess
@@ -238,6 +239,13 @@ esac
             self.assertIn("Nothing differs from the results in", page)
             self.assertFalse((archive.results / test.name / "archive.page.txt").exists())
         self.assertIn("4 up to date", run().stderr)
+
+    def test_help_is_the_manual_page(self):
+        answers = [subprocess.run([stored.PROGRAMS / "quon5-archive", word], capture_output=True, text=True, timeout=60,
+                                  check=True).stdout for word in ("--help", "--version")]
+        names = re.findall(r"^  (\w+)", answers[0], re.M)
+        page = (stored.PROGRAMS / "quon5-archive.1").read_text().split(".SH ARGUMENTS")[1].split(".SH")[0]
+        self.assertEqual((re.findall(r"^\.BI (\w+)=", page, re.M), answers[1]), (names, "quon5-archive 1.0\n"))
 
     def test_what_cannot_be_run(self):
         archive = self.enterContext(Archive(1))
