@@ -279,7 +279,7 @@ void check_options(Test& test, INPUT input) {
     std::map<std::string, int> given;
     for (const SourceLine& line : section->lines) {
         const std::string& word = line.word(0);
-        const std::string option = groups.count(word) != 0 ? word : group + " " + word;
+        const std::string option = groups.count(word) != 0 ? word : joined({group, " ", word});
         const auto [first, is_new] = given.emplace(option, line.number);
         if (!is_new) {
             test.findings.add(Check::repeated_entry, test.at(input, line),
@@ -297,8 +297,8 @@ void check_options(Test& test, INPUT input) {
         } else if ((group == Chem_bal_options[0]) !=
                    (word == Chem_bal_species[0] || word == Chem_bal_species[1])) {
             test.findings.add(Check::unknown_option, test.at(input, line),
-                              "option " + word + " does not belong to the group " + group +
-                                  ", it is passed over");
+                              joined({"option ", word, " does not belong to the group ", group,
+                                      ", it is passed over"}));
         }
         const char* const limits = word == "NO_FRACTION" ? "FRACTION"
                                    : word == "K_H2O_GAS" ? "WATER_GAS_CONSTANT"

@@ -232,8 +232,8 @@ class RecordChecker {
         if (!use.any()) return check_for_values(channel);
         int missing = 0;
         bool zero = true;
-        double low = INFINITY;
-        double high = -INFINITY;
+        double low = HUGE_VAL;
+        double high = -HUGE_VAL;
         for (int r = first_; r < end_; ++r) {
             const double value = channel.data_ptr[r];
             missing += std::isnan(value) ? 1 : 0;
