@@ -42,14 +42,14 @@ auto read_output(OutputFile& file, Read read) {
     return contents;
 }
 
-// The filter identifier, as the head of the logger data file has it.
-std::string filter_id_of(const std::string& log) {
+// What the head of the logger data file says, up to its channels.
+KeywordEntries head_of_log(const std::string& log) {
     constexpr std::size_t kLongestHead = 65536;
     std::ifstream file(log, std::ios::binary);
     std::string head(kLongestHead, '\0');
     file.read(head.data(), static_cast<std::streamsize>(head.size()));
     head.resize(static_cast<std::size_t>(std::max<std::streamsize>(file.gcount(), 0)));
-    return read_keyword_entries(head, "@LOGGED_CHANNELS").text_of("@TR_EM_FILTER_ID_LBL");
+    return read_keyword_entries(head, "@LOGGED_CHANNELS");
 }
 
 void choose_entries(const std::vector<LogEntry>& log, long long written, bool own_log, int process,
@@ -118,6 +118,11 @@ void judge_quon5(Report& report) {
     }
     if (!absent.empty()) missing.push_back("the quon5 file ends without " + absent);
     std::string rows;
+    if (report.quon5.complete_to == ResultPart::CODES && !report.quon5.rows.empty()) {
+        const int last = report.quon5.rows.back().row;
+        missing.back() = "the quon5 file ends behind row " + std::to_string(last) +
+                         ", without emission configuration";
+    }
     for (const ValueRow& row : report.quon5.rows) {
         if (!row.has_value) rows += (rows.empty() ? "" : ", ") + std::to_string(row.row);
     }
@@ -182,6 +187,9 @@ bool compare_output(Report& report, const OutputFile& file, const Contents& late
         return false;
     }
     earlier = read(read_file(path));
+    for (const Problem& problem : earlier.problems) {
+        report.notes.push_back(path + ":" + std::to_string(problem.line) + ": " + problem.text);
+    }
     for (Difference& difference : compare(earlier, later, Comparison())) {
         report.changes.push_back({name, std::move(difference)});
     }
@@ -208,9 +216,9 @@ void compare_with_earlier(Report& report) {
     for (const ReportedChange& change : report.changes) {
         if (change.difference.records > 0) differing.insert(change.difference.place);
     }
-    for (std::size_t c = 1; c < report.earlier.channels.size(); ++c) {
-        CompositeChannel& channel = report.earlier.channels[c];
-        if (differing.count("channel " + channel.keyword) == 0) channel.values = {};
+    const std::vector<std::string> names = report.earlier.names();
+    for (std::size_t c = 1; c < names.size(); ++c) {
+        if (differing.count("channel " + names[c]) == 0) report.earlier.channels[c].values = {};
     }
 }
 
@@ -253,7 +261,7 @@ Report gather(TASK_CALL call, ReportOptions options) {
                                      " names no channel of the composite file");
         }
     }
-    report.filter_id = filter_id_of(report.call.path(report.call.value("logr_data")));
+    report.logger_head = head_of_log(report.call.path(report.call.value("logr_data")));
     read_log(report);
     judge_quon5(report);
     judge_others(report);
