@@ -87,7 +87,7 @@ c d CO
 e f HC
 @CONT_RAW_EXH_FLOW_OPTIONS
 a b c d
-e
+e f
 )");
     EXPECT_EQ(text(Emis_data.date[0][CVS_CO]), "1|CO|KCO|");
     EXPECT_EQ(text(Emis_data.init_date[0][CVS_CO]), "1|CO|KCO|2|%|d");
@@ -96,7 +96,7 @@ e
     const CONT_RAW_EXH_FLOW_OPTS& flow = Emis_data.exh_flow_opts;
     EXPECT_EQ(tests::fields(flow.emis_keywd, flow.second_lvl_opt, flow.third_lvl_opt1,
                             flow.third_lvl_opt2),
-              "@CONT_RAW_EXH_FLOW_OPTIONS|e|b|c");
+              "@CONT_RAW_EXH_FLOW_OPTIONS|e|f|c");
     EXPECT_EQ(log.text(), "");
 }
 
