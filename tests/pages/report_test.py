@@ -150,16 +150,21 @@ class Compare(unittest.TestCase):
         self.assertIn("filter_data.42: lost file: filter_data.42\n", self.compare()[1])
 
     def test_trouble_is_told_from_difference(self):
-        later = self.later.path("quon_end.42")
-        text = later.read_text()
-        for content, message in [(text[:-3], f"{later}:14: the file ends without *0"),
-                                 ("<html>\n", f"{self.earlier.path('quon_end.42')} is a composite file, "
-                                              f"{later} a no result file")]:
-            later.write_text(content)
-            self.assertEqual(self.compare(old="quon_end.42", new="quon_end.42"),
-                             (2, "", f"quon5-compare: {message}\n"))
+        quon5, composite, filtered = "results/M123/quon5.FTP", "quon_end.42", "filter_data.42"
+        within = self.later.text(quon5).partition("@PROP_SMPL_VALIDATION\n")[0]
+        for name, content, message in [
+                (composite, self.later.text(composite)[:-3], "14: the file ends without *0"),
+                (composite, "<html>\n", "1: this is no result of quon5"),
+                (filtered, "".join(self.later.text(filtered).splitlines(True)[:4]), "5: the file has 2 of its 5 entries"),
+                (quon5, within, f"{within.count(chr(10)) + 1}: the file ends in the emission configuration")]:
+            self.later.write(name, content)
+            self.assertEqual(self.compare(old=name, new=name),
+                             (2, "", f"quon5-compare: {self.later.path(name)}:{message}\n"))
+        status, _, error = self.compare(old=quon5, new=filtered)
+        self.assertEqual(status, 2)
+        self.assertIn(" is a quon5 file, ", error)
         self.assertEqual(self.compare("tolerance=x")[0], 2)
-        self.assertEqual(self.compare(old="none")[0], 2)
+        self.assertIn("there is no", self.compare(old="none")[2])
 
     def test_report_has_the_same_changes(self):
         status, text, _ = self.later.report("json=-", f"against={self.earlier.directory}")
