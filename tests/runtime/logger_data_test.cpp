@@ -146,7 +146,12 @@ TEST(LoggerData, FailsWithoutChannelsItCanTake) {
 TEST(LoggerData, RecordsThatGetShorter) {
     std::string text = kTwoChannels;
     for (int i = 0; i < 6000; ++i)
-        text += std::to_string(i) + (i < 70 ? ',' + std::string(300, '0') + "7\n" : ",7\n");
+        text += std::to_string(i) + ',' +
+                std::string(i == 0   ? 200'000
+                            : i < 70 ? 300
+                                     : 0,
+                            '0') +
+                "7\n";
     const FLOGER_DATA_INFO* const chans = load(TEMPORARY_FILE(text));
     ASSERT_EQ(chans->num_samples, 6000);
     for (int i = 0; i <= 6000; ++i)
