@@ -145,13 +145,10 @@ TEST(LoggerData, FailsWithoutChannelsItCanTake) {
 
 TEST(LoggerData, RecordsThatGetShorter) {
     std::string text = kTwoChannels;
-    for (int i = 0; i < 6000; ++i)
-        text += std::to_string(i) + ',' +
-                std::string(i == 0   ? 200'000
-                            : i < 70 ? 300
-                                     : 0,
-                            '0') +
-                "7\n";
+    for (int i = 0; i < 6000; ++i) {
+        const std::size_t zeros = i == 0 ? 200'000 : i < 70 ? 300 : 0;
+        text += std::to_string(i) + ',' + std::string(zeros, '0') + "7\n";
+    }
     const FLOGER_DATA_INFO* const chans = load(TEMPORARY_FILE(text));
     ASSERT_EQ(chans->num_samples, 6000);
     for (int i = 0; i <= 6000; ++i)
