@@ -236,6 +236,8 @@ TEST(LoggerData, ListEntriesAreChannelsByColumnAndName) {
         EXPECT_EQ(std::isnan(entry.data_ptr[0]), num_samples == 0) << name << column;
     }
     EXPECT_EQ(load(TEMPORARY_FILE(kTwoChannels))->num_samples, 0);
+    const FLOGER_DATA_INFO* const one = load(TEMPORARY_FILE(kTwoChannels + "3,5\n"));
+    EXPECT_EQ(fields(one[0].data_ptr[1], one[1].data_ptr[1]), "3|5");
 }
 
 TEST(LoggerData, LogThatIsGoneBeforeItsRecordsAreLoadedIsNamed) {
