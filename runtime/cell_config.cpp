@@ -70,8 +70,8 @@ void read_section(FILE* file, CELL_CFG_ENTRIES entry) {
         if (count < section.capacity) {
             section.store(Line(text), count++);
         } else {
-            LOG(TOO_MANY_CELL_LINES, section.capacity, Cell_cfg_keywords[entry], Spec_file_line_count,
-                Cell_cfg_filename);
+            LOG(TOO_MANY_CELL_LINES, section.capacity, Cell_cfg_keywords[entry],
+                Spec_file_line_count, Cell_cfg_filename);
         }
     });
 }

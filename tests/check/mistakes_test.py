@@ -167,6 +167,8 @@ class Check(unittest.TestCase):
             self.simulate(directory, *words.split())
             status, findings, done = check(directory)
             self.assertEqual((status, done.stderr), (0, ""), words + "\n" + done.stdout)
+            if "specified" in words:
+                self.expect(findings, "unspecified-channels", LOG)
         changes = [("pm_cart=pm_cart.42", "pm_cart=NoPM_Available"),
                    ("FTIR_file=ftir.42", "FTIR_file=--")]
         directory = self.changed(CALL, lambda old: old.replace(

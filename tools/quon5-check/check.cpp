@@ -21,8 +21,7 @@ constexpr char kNoCart[] = "NoPM_Available";
 constexpr char kDefaultFtir[] = "--";
 
 std::string name_of_input(const Test& test, INPUT input) {
-    return input == IN_MEMORY ? keyword_memory_filename()
-                              : test.call.value(Inputs[input].argument);
+    return input == IN_MEMORY ? keyword_memory_filename() : test.call.value(Inputs[input].argument);
 }
 
 void gather_species(Test& test) {
@@ -87,11 +86,10 @@ bool Test::expects(INPUT input) const {
     return input != IN_FTIR || call.value("FTIR_file") != kDefaultFtir || files[IN_FTIR].opened();
 }
 
-bool Test::lacks_a_few_channels() const {
-    const auto lacking = std::count_if(logged.begin(), logged.end(), [&](const auto& channel) {
+int Test::num_unspecified() const {
+    return static_cast<int>(std::count_if(logged.begin(), logged.end(), [&](const auto& channel) {
         return channel.label != "time" && specified.labels.count(channel.label) == 0;
-    });
-    return lacking >= 1 && lacking <= 3;
+    }));
 }
 
 Place Test::place_of_argument(const std::string& name) const {
@@ -124,9 +122,9 @@ void check_test(Test& test) {
     gather_logged(test);
     gather_memory(test);
     test.run = run_task(test.call);
-    for (const auto check : {check_files, check_sections, check_lines, check_values, check_bench,
-                             check_ftir, check_specification, check_labels, check_log,
-                             check_records, take_entries}) {
+    for (const auto check :
+         {check_files, check_sections, check_lines, check_values, check_bench, check_ftir,
+          check_specification, check_labels, check_log, check_records, take_entries}) {
         check(test);
     }
     clear_task();

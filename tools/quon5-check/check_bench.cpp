@@ -26,14 +26,15 @@ bool names_first(const SourceSection* section, const std::string& tag) {
 // A long-form tag must be a channel keyword of keyword memory.
 void check_mapping_tag(Test& test, const SourceLine& line) {
     const std::string& tag = line.word(0);
-    const bool short_form = std::find(std::begin(Em_species_keywds),
-                                      std::begin(Em_species_keywds) + NUM_EMIS_SPECIES,
-                                      tag) != std::begin(Em_species_keywds) + NUM_EMIS_SPECIES;
+    const bool short_form =
+        std::find(std::begin(Em_species_keywds), std::begin(Em_species_keywds) + NUM_EMIS_SPECIES,
+                  tag) != std::begin(Em_species_keywds) + NUM_EMIS_SPECIES;
     if (short_form || test.memory.empty() || test.memory.count(tag) != 0) return;
     std::set<std::string> known = test.memory;
     for (int i = 0; i < NUM_EMIS_SPECIES; ++i) known.insert(Em_species_keywds[i]);
     test.findings.add(Check::unknown_species, test.at(IN_BENCH, line),
-                      "tag " + shown(tag) + " is neither a species nor a channel of keyword memory" +
+                      "tag " + shown(tag) +
+                          " is neither a species nor a channel of keyword memory" +
                           suggestion(tag, known),
                       tag);
 }
@@ -92,9 +93,9 @@ void check_complete(Test& test, const Stage& stage) {
     if (present < 3) return;
     for (const char* section : Reading_sections) {
         if (file.section(stage.name + section) != nullptr) continue;
-        test.findings.add(Check::incomplete_readings, test.at_end(IN_BENCH),
-                          "the file has no section " + stage.name + section +
-                              ", but others of its kind");
+        test.findings.add(
+            Check::incomplete_readings, test.at_end(IN_BENCH),
+            "the file has no section " + stage.name + section + ", but others of its kind");
     }
     for (const auto& [name, readings] : stage.analysers) {
         for (short r = 0; r < NUM_READINGS; ++r) {
@@ -104,6 +105,47 @@ void check_complete(Test& test, const Stage& stage) {
                               "section " + section->keyword() + " has no entry of " + name +
                                   ", which other readings have");
         }
+    }
+}
+
+// Two sections that belong together, where both are there and one of them lacks a species or two.
+void check_pair(Test& test, const std::string& first, const std::string& second) {
+    constexpr std::size_t kFew = 2;
+    const SourceSection* const sections[] = {bench_section(test, first),
+                                             bench_section(test, second)};
+    if (sections[0] == nullptr || sections[1] == nullptr) return;
+    for (const int which : {0, 1}) {
+        std::vector<std::string> missing;
+        for (const SourceLine& line : sections[1 - which]->lines) {
+            if (!names_first(sections[which], line.word(0))) missing.push_back(line.word(0));
+        }
+        if (missing.size() > kFew || sections[which]->lines.size() <= missing.size()) continue;
+        for (const std::string& tag : missing) {
+            test.findings.add(Check::incomplete_readings,
+                              test.at(IN_BENCH, sections[which]->heading),
+                              "section " + sections[which]->keyword() + " has no entry of " + tag +
+                                  ", which " + sections[1 - which]->keyword() + " has");
+        }
+    }
+}
+
+// A detection method that stands alone and is nearly another one, which stands often.
+void check_methods(Test& test) {
+    constexpr int kOften = 3;
+    std::map<std::string, std::vector<const SourceLine*>> methods;
+    for (const SourceSection& section : test.files[IN_BENCH].sections) {
+        if (section.keyword().find("_DET_METHOD") == std::string::npos) continue;
+        for (const SourceLine& line : section.lines) methods[line.word(1)].push_back(&line);
+    }
+    std::set<std::string> usual;
+    for (const auto& [method, lines] : methods) {
+        if (lines.size() >= kOften) usual.insert(method);
+    }
+    for (const auto& [method, lines] : methods) {
+        const std::string meant = lines.size() == 1 ? suggestion(method, usual) : "";
+        if (meant.empty()) continue;
+        test.findings.add(Check::unknown_keyword, test.at(IN_BENCH, *lines[0]),
+                          "the method " + shown(method) + " stands here alone" + meant);
     }
 }
 
@@ -132,8 +174,9 @@ void check_columns(Test& test) {
             continue;
         }
         test.findings.add(Check::channel_not_specified, test.at_end(IN_SPECIFICATION),
-                          "species " + tag + " is measured but heads no channel of the "
-                          "specification, so it has no column",
+                          "species " + tag +
+                              " is measured but heads no channel of the "
+                              "specification, so it has no column",
                           tag);
     }
 }
@@ -146,11 +189,10 @@ void check_needs(Test& test) {
     const SourceSection* const bag = bench_section(test, "@BACKGND_BAG_CONC");
     for (const auto& [tag, line] : species_columns(test)) {
         if (!names_first(deskew, tag) && !names_first(cart, tag)) {
-            test.findings.add(Check::no_deskew_time,
-                              deskew != nullptr ? test.at(IN_BENCH, deskew->heading)
-                                                : test.at_end(IN_BENCH),
-                              "species " + tag +
-                                  " heads a column of the composite file but has no deskew time");
+            test.findings.add(
+                Check::no_deskew_time,
+                deskew != nullptr ? test.at(IN_BENCH, deskew->heading) : test.at_end(IN_BENCH),
+                "species " + tag + " heads a column of the composite file but has no deskew time");
         }
         const bool gas = names_first(range, tag);
         if (gas && (background != nullptr || bag != nullptr) && !names_first(background, tag) &&
@@ -172,9 +214,27 @@ void check_leak_tests(Test& test, INPUT input, const char* keyword) {
     constexpr double kLargeLeak = 0.2;  // of the flow
     const SourceSection* const section = test.files[input].section(keyword);
     if (section == nullptr) return;
+    std::map<std::string, int> trains;
     for (const SourceLine& line : section->lines) {
+        const auto [first, is_new] = trains.emplace(line.word(0) + " " + line.word(1), line.number);
+        if (!is_new) {
+            test.findings.add(Check::repeated_entry, test.at(input, line),
+                              "the leak test of train " + first->first +
+                                  " is given twice, first in line " +
+                                  std::to_string(first->second));
+        }
         double flow = 0;
         double leak = 0;
+        const Limits& limits = *find_limits(test.limits, "LEAK_FLOW");
+        for (const std::size_t word : {2U, 4U}) {
+            const std::string& units = line.words.size() > word + 1 ? line.words[word + 1] : "lpm";
+            if (!is_number(line.word(word), flow) || is_no_value(line.word(word)) ||
+                is_plausible(limits, flow, units)) {
+                continue;
+            }
+            test.findings.add(Check::implausible, test.at(input, line),
+                              explained(limits, flow, units));
+        }
         if (!is_number(line.word(2), flow) || !is_number(line.word(4), leak) ||
             is_no_value(line.word(2)) || is_no_value(line.word(4)) ||
             line.word(3) != line.word(5)) {
@@ -182,8 +242,8 @@ void check_leak_tests(Test& test, INPUT input, const char* keyword) {
         }
         if (std::fabs(leak) <= kLargeLeak * std::fabs(flow)) continue;
         test.findings.add(Check::large_leak, test.at(input, line),
-                          "the leak " + line.word(4) + " is large beside the flow " +
-                              line.word(2) + " " + line.word(3));
+                          "the leak " + line.word(4) + " is large beside the flow " + line.word(2) +
+                              " " + line.word(3));
     }
 }
 
@@ -216,19 +276,29 @@ void check_options(Test& test, INPUT input) {
     std::set<std::string> words = groups;
     words.insert(species.begin(), species.end());
     std::string group;
+    std::map<std::string, int> given;
     for (const SourceLine& line : section->lines) {
         const std::string& word = line.word(0);
+        const std::string option = groups.count(word) != 0 ? word : joined({group, " ", word});
+        const auto [first, is_new] = given.emplace(option, line.number);
+        if (!is_new) {
+            test.findings.add(Check::repeated_entry, test.at(input, line),
+                              "option " + option + " is given twice, first in line " +
+                                  std::to_string(first->second));
+        }
         if (groups.count(word) != 0) {
             group = word;
         } else if (species.count(word) == 0 || group.empty()) {
             test.findings.add(Check::unknown_option, test.at(input, line),
-                              "option " + shown(word) + " is not known; it and what follows it are "
-                              "passed over" + suggestion(word, words));
-        } else if ((group == Chem_bal_options[0]) != (word == Chem_bal_species[0] ||
-                                                      word == Chem_bal_species[1])) {
+                              "option " + shown(word) +
+                                  " is not known; it and what follows it are "
+                                  "passed over" +
+                                  suggestion(word, words));
+        } else if ((group == Chem_bal_options[0]) !=
+                   (word == Chem_bal_species[0] || word == Chem_bal_species[1])) {
             test.findings.add(Check::unknown_option, test.at(input, line),
-                              "option " + word + " does not belong to the group " + group +
-                                  ", it is passed over");
+                              joined({"option ", word, " does not belong to the group ", group,
+                                      ", it is passed over"}));
         }
         const char* const limits = word == "NO_FRACTION" ? "FRACTION"
                                    : word == "K_H2O_GAS" ? "WATER_GAS_CONSTANT"
@@ -254,6 +324,18 @@ void check_bench(Test& test) {
         const Stage stage(test, IN_BENCH, name);
         check_readings(test, stage);
         check_complete(test, stage);
+        for (const char* section :
+             {"_DET_METHOD", "_LDL_VAL", "_TIME_CONST", "_CONC", "_CONT_CONC", "_SEC_DIL_RATIO"}) {
+            check_coverage(test, stage, stage.name + section);
+        }
+        check_pair(test, stage.name + "_DRYER_PRESS", stage.name + "_DRYER_TEMP");
+    }
+    check_pair(test, "@BACKGND_BAG_DET_METHOD", "@BACKGND_BAG_CONC");
+    check_pair(test, "@BACKGND_BAG_DRYER_PRESS", "@BACKGND_BAG_DRYER_TEMP");
+    check_methods(test);
+    for (const char* name : kStages) {
+        const Stage stage(test, IN_BENCH, name);
+        check_concentrations(test, stage, stage.name + "_LDL_VAL");
     }
     check_concentrations(test, Stage(test, IN_BENCH, "@SAMPL_BAG"), "@SAMPL_BAG_CONC");
     check_concentrations(test, Stage(test, IN_BENCH, "@BACKGND"), "@BACKGND_CONT_CONC");

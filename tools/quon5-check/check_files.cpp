@@ -40,10 +40,9 @@ void report_missing(Test& test, INPUT input) {
 
 // How many sections of `file` an input of this kind has.
 int num_known_sections(const SourceFile& file, INPUT input) {
-    return static_cast<int>(
-        std::count_if(file.sections.begin(), file.sections.end(), [&](const auto& section) {
-            return find_form(input, section.keyword()) != nullptr;
-        }));
+    return static_cast<int>(std::count_if(
+        file.sections.begin(), file.sections.end(),
+        [&](const auto& section) { return find_form(input, section.keyword()) != nullptr; }));
 }
 
 // A file most of whose sections are those of another kind of file.
@@ -96,8 +95,9 @@ void report_form(Test& test, INPUT input) {
             test.findings.add(Check::foreign_form, place,
                               input == IN_LOG ? "the log is CSV; csv2logr makes a logger data file "
                                                 "of it"
-                                              : "the " + title + " has no section, it looks like "
-                                                "CSV",
+                                              : "the " + title +
+                                                    " has no section, it looks like "
+                                                    "CSV",
                               file.name);
             break;
         case FileForm::OTHER_TEXT:
@@ -113,8 +113,8 @@ void report_form(Test& test, INPUT input) {
 // The run number of a file name: its extension when that is a number, else nothing.
 std::string run_number_of(const std::string& name) {
     const std::string extension = std::filesystem::path(name).extension().string();
-    const bool number = extension.size() > 1 &&
-                        std::all_of(extension.begin() + 1, extension.end(), is_digit);
+    const bool number =
+        extension.size() > 1 && std::all_of(extension.begin() + 1, extension.end(), is_digit);
     return number ? extension.substr(1) : "";
 }
 
@@ -125,17 +125,19 @@ void check_run_numbers(Test& test) {
     const long long number = run.empty() ? 0 : strtoll(run.c_str(), nullptr, 10);
     if (run.empty() || number != static_cast<int>(number)) {
         test.findings.add(Check::run_number, test.place_of_argument("em_bench"),
-                          "the extension " + shown(extension) + " of the bench file is no run "
-                          "number; the run counts as " + std::to_string(Run_num));
+                          "the extension " + shown(extension) +
+                              " of the bench file is no run "
+                              "number; the run counts as " +
+                              std::to_string(Run_num));
         return;
     }
     for (const KEYWORD_ARGUMENT& argument : Keyword_arguments) {
         if (argument.use == NO_FILE) continue;
         const std::string other = run_number_of(test.call.value(argument.name));
         if (other.empty() || strtoll(other.c_str(), nullptr, 10) == number) continue;
-        test.findings.add(Check::run_number, test.place_of_argument(argument.name),
-                          std::string(argument.name) + " is of run " + other +
-                              ", the bench file of run " + run);
+        test.findings.add(
+            Check::run_number, test.place_of_argument(argument.name),
+            joined({argument.name, " is of run ", other, ", the bench file of run ", run}));
     }
 }
 
@@ -162,15 +164,15 @@ void check_words(Test& test) {
     }
     for (const KEYWORD_ARGUMENT& argument : Keyword_arguments) {
         const std::string start = std::string(argument.name) + "=";
-        const bool given = std::any_of(
-            test.call.words.begin(), test.call.words.end(),
-            [&](const std::string& word) { return word.starts_with(start); });
+        const bool given =
+            std::any_of(test.call.words.begin(), test.call.words.end(),
+                        [&](const std::string& word) { return word.starts_with(start); });
         if (given) continue;
         const bool strict = upper_case(test.call.variable("QUON5_STRICT", "")) == "YES";
-        test.findings.add(Check::bad_argument, strict ? Severity::ERROR : Severity::NOTE,
-                          test.place_of_argument(argument.name),
-                          std::string("the argument ") + argument.name +
-                              " is not given; the task reports that");
+        test.findings.add(
+            Check::bad_argument, strict ? Severity::ERROR : Severity::NOTE,
+            test.place_of_argument(argument.name),
+            std::string("the argument ") + argument.name + " is not given; the task reports that");
     }
 }
 

@@ -59,10 +59,9 @@ void check_channel(Test& test, const Uses& uses, const SourceLine& line,
     const Place place = test.at(IN_FTIR, line);
     const std::string name = trim_keyword(keyword.c_str());
     if (channel_names().count(name) == 0) {
-        test.findings.add(Check::unknown_channel, place,
-                          shown(keyword) + " is no FTIR channel" +
-                              suggestion(name, channel_names()),
-                          keyword);
+        test.findings.add(
+            Check::unknown_channel, place,
+            shown(keyword) + " is no FTIR channel" + suggestion(name, channel_names()), keyword);
     } else if (keyword.find('@') != keyword.npos && valid_keywd_extension(keyword.c_str()) != 1) {
         test.findings.add(Check::unknown_channel, place,
                           shown(keyword) + " has no valid extension, such as @2 or @LF", keyword);
@@ -87,9 +86,9 @@ void check_channels(Test& test) {
                 const bool last = i + 1 == line.words.size();
                 if (last && line.words[i].find(':') != std::string::npos) {
                     if (seconds_of_date(line.words[i]) >= 0) continue;
-                    test.findings.add(Check::bad_date, test.at(IN_FTIR, line),
-                                      shown(line.words[i]) +
-                                          " is no date; its form is 2026-03-05T14:07");
+                    test.findings.add(
+                        Check::bad_date, test.at(IN_FTIR, line),
+                        shown(line.words[i]) + " is no date; its form is 2026-03-05T14:07");
                 } else {
                     check_channel(test, uses, line, line.words[i]);
                 }
@@ -111,8 +110,8 @@ void check_complete(Test& test, const Stage& stage) {
             test.findings.add(Check::incomplete_readings,
                               section != nullptr ? test.at(IN_FTIR, section->heading)
                                                  : test.at(IN_FTIR, *any->second.line),
-                              "section " + keyword + " has no entry of " + name +
-                                  ", which other readings have");
+                              joined({"section ", keyword, " has no entry of ", name,
+                                      ", which other readings have"}));
         }
         if (readings.count(UPPER) == 0) {
             test.findings.add(Check::incomplete_readings, test.at(IN_FTIR, *any->second.line),
@@ -132,4 +131,6 @@ void check_ftir(Test& test) {
     const Stage stage(test, IN_FTIR, "@CONT_CHAN");
     check_readings(test, stage);
     check_complete(test, stage);
+    check_coverage(test, stage, "@DESKEW_TIMES");
+    check_coverage(test, stage, "@CONT_CHAN_DET_METHOD");
 }

@@ -16,7 +16,7 @@ namespace {
 struct LabelRow {
     DATA_CHAN_INDICES row;
     const char* quantity;
-    const char* units;  // of the quantity
+    const char* units;    // of the quantity
     const char* without;  // what is missing when it is not logged; nullptr: nothing
 };
 constexpr LabelRow kRows[] = {
@@ -30,7 +30,8 @@ constexpr LabelRow kRows[] = {
     {EM_TOT_MPS_SEC_DIL_FLOW, "secondary dilution flow", "m3/sec", "its volume is 0"},
     {EM_TOT_MPS_PROB_DIL_FLOW, "probe dilution flow", "m3/sec", "its volume is 0"},
 };
-constexpr LabelRow kFuelRows[] = {  // up to version 6 of the specification
+constexpr LabelRow kFuelRows[] = {
+    // up to version 6 of the specification
     {EM_FUEL_CTR, "fuel counter", "kg", "row 8 has no_value"},
     {EM_FUEL_WT, "fuel weight", "kg", "row 8 has no_value"},
 };
@@ -74,8 +75,8 @@ void check_label_units(Test& test, const LabelRow& row, const LoggedChannel& cha
     const bool known = are_known_units(channel.units);
     test.findings.add(known ? Check::wrong_units : Check::unknown_units, Severity::ERROR,
                       test.at(IN_LOG, *channel.line),
-                      std::string("the ") + row.quantity + " " + shown(channel.label) + " has units " +
-                          shown(channel.units) +
+                      std::string("the ") + row.quantity + " " + shown(channel.label) +
+                          " has units " + shown(channel.units) +
                           (known ? std::string(", which are of another quantity than ") + row.units
                                  : ", which are unknown"),
                       channel.label);
@@ -175,9 +176,31 @@ void check_cycle_code(Test& test) {
             section.lines.begin(), section.lines.end(),
             [](const SourceLine& line) { return line.word(0) == "REFERENCE_CYCLE_CODE"; });
         if (has_code) return;
-        test.findings.add(Check::no_cycle_code, test.at(IN_SPECIFICATION, section.heading),
-                          "the cycle " + shown(cycle) + " has no REFERENCE_CYCLE_CODE; code 1 is 0");
+        test.findings.add(
+            Check::no_cycle_code, test.at(IN_SPECIFICATION, section.heading),
+            "the cycle " + shown(cycle) + " has no REFERENCE_CYCLE_CODE; code 1 is 0");
         return;
+    }
+}
+
+// Names of cycles of variable length that the specification nearly has.
+void check_reference_names(Test& test) {
+    const SourceSection* const section =
+        test.files[IN_ORDA].section("@TR_EM_VARIABLE_LENGTH_REF_CYCLE_NAMES");
+    if (section == nullptr) return;
+    std::set<std::string> names;
+    for (const SourceSection& cycle : test.files[IN_SPECIFICATION].sections) {
+        for (const SourceLine& key : cycle.lines) {
+            if (key.word(0) == "REFERENCE_CYCLE_NAME") names.insert(key.word(1));
+        }
+    }
+    for (const SourceLine& line : section->lines) {
+        const std::string name(trimmed(line.text));
+        if (names.count(name) != 0) continue;
+        const std::string meant = suggestion(name, names);
+        if (meant.empty()) continue;
+        test.findings.add(Check::unknown_name, Severity::WARNING, test.at(IN_ORDA, line),
+                          "reference cycle " + shown(name) + " is that of no cycle" + meant, name);
     }
 }
 
@@ -189,9 +212,9 @@ void check_bounds(Test& test) {
         double high = 0;
         if (is_number(line.word(2), low) && is_number(line.word(3), high) && low >= high &&
             !is_no_value(line.word(2))) {
-            test.findings.add(Check::crossed_bounds, test.at(IN_CELL, line),
-                              "the bounds " + line.word(2) + " and " + line.word(3) +
-                                  " are the wrong way round");
+            test.findings.add(
+                Check::crossed_bounds, test.at(IN_CELL, line),
+                "the bounds " + line.word(2) + " and " + line.word(3) + " are the wrong way round");
         }
     }
 }
@@ -203,5 +226,6 @@ void check_labels(Test& test) {
     check_fuel_label(test);
     check_names(test);
     check_cycle_code(test);
+    check_reference_names(test);
     check_bounds(test);
 }

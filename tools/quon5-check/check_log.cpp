@@ -16,9 +16,9 @@ std::string before_bracket(const SourceLine& line) {
 void check_time_of_test(Test& test) {
     const SourceLine* const line = test.files[IN_LOG].first_line("@QUON5_TIME_OF_TEST");
     if (line == nullptr || seconds_of_date(std::string(trimmed(line->text))) >= 0) return;
-    test.findings.add(Check::bad_date, test.at(IN_LOG, *line),
-                      "the start of test " + shown(line->text) +
-                          " is no time; its form is 2026-03-05T14:07:31");
+    test.findings.add(
+        Check::bad_date, test.at(IN_LOG, *line),
+        "the start of test " + shown(line->text) + " is no time; its form is 2026-03-05T14:07:31");
 }
 
 void check_filter(Test& test) {
@@ -68,13 +68,14 @@ void check_channel(Test& test, const LoggedChannel& channel, std::map<std::strin
     const std::string& units = channel.units;
     if (std::any_of(units.begin(), units.end(), [](char c) { return c == ',' || is_control(c); })) {
         test.findings.add(Check::header_character, place,
-                          "the units " + shown(units) + " hold a comma or a control character, "
-                          "which parts their field in the composite file");
+                          "the units " + shown(units) +
+                              " hold a comma or a control character, "
+                              "which parts their field in the composite file");
     } else if (!are_known_units(units)) {
-        test.findings.add(Check::unknown_units, place,
-                          "units " + shown(units) + " of channel " + shown(channel.label) +
-                              " are unknown",
-                          channel.label);
+        test.findings.add(
+            Check::unknown_units, place,
+            "units " + shown(units) + " of channel " + shown(channel.label) + " are unknown",
+            channel.label);
     }
     const std::string& decimals = channel.line->word(2);
     const bool whole = !decimals.empty() && decimals.size() <= 2 &&

@@ -62,7 +62,7 @@ void report_repeated(Test& test, INPUT input, const SourceSection& section, int 
     test.findings.add(Check::repeated_section, test.at(input, section.heading),
                       identity_of(input, section) + " is given twice, first in line " +
                           std::to_string(first_line) +
-                          (later_counts ? "; this one replaces the first"
+                          (later_counts                ? "; this one replaces the first"
                            : input == IN_SPECIFICATION ? "; the first one counts"
                                                        : "; this one is passed over"),
                       section.keyword());
@@ -76,10 +76,10 @@ void check_section(Test& test, INPUT input, const SourceSection& section, bool l
     // Subsystems and overrides may have no lines; their keyword line says something.
     const bool named = section.heading.words.size() > 1;
     const Severity severity = last && !named ? Severity::WARNING : Severity::NOTE;
-    test.findings.add(Check::empty_section, severity, test.at(input, section.heading),
-                      "section " + section.keyword() + " has no lines" +
-                          (last ? ": the file ends here" : ""),
-                      section.keyword());
+    test.findings.add(
+        Check::empty_section, severity, test.at(input, section.heading),
+        "section " + section.keyword() + " has no lines" + (last ? ": the file ends here" : ""),
+        section.keyword());
 }
 
 }  // namespace

@@ -61,8 +61,8 @@ class ChannelChecker {
     }
 
     static bool is_needed(const SpecifiedChannel& channel) {
-        return channel.subsystem < 0 || (channel.subsystem < 64 &&
-                                         Subsys_logi_var_values[channel.subsystem] == 1);
+        return channel.subsystem < 0 ||
+               (channel.subsystem < 64 && Subsys_logi_var_values[channel.subsystem] == 1);
     }
 
     void check_logged(const SpecifiedChannel& channel) {
@@ -80,17 +80,15 @@ class ChannelChecker {
         if (upper_case(specified) == upper_case(logged.units)) return;
         double one = 0;
         double zero = 0;
-        const bool same = units_dbl_keyword_convrt(1, specified.c_str(), &one,
-                                                   logged.units.c_str()) == 0 &&
-                          units_dbl_keyword_convrt(0, specified.c_str(), &zero,
-                                                   logged.units.c_str()) == 0 &&
-                          one == 1 && zero == 0;
+        const bool same =
+            units_dbl_keyword_convrt(1, specified.c_str(), &one, logged.units.c_str()) == 0 &&
+            units_dbl_keyword_convrt(0, specified.c_str(), &zero, logged.units.c_str()) == 0 &&
+            one == 1 && zero == 0;
         if (same) return;
         test_.findings.add(Check::units_differ, test_.at(IN_LOG, *logged.line),
                            "channel " + shown(channel.label()) + " is logged in " +
-                               shown(logged.units) + ", the specification has " +
-                               shown(specified) + " in line " +
-                               std::to_string(channel.line->number));
+                               shown(logged.units) + ", the specification has " + shown(specified) +
+                               " in line " + std::to_string(channel.line->number));
     }
 
     // What stands in the header of the composite file must not part its fields.
@@ -137,31 +135,52 @@ class ChannelChecker {
             keywords_.emplace(channel.keyword(), channel.line->number);
         if (!new_label) {
             test_.findings.add(Check::repeated_entry, at(channel),
-                               "channel " + shown(channel.label()) + " is given twice, first in "
-                               "line " + std::to_string(label->second));
+                               "channel " + shown(channel.label()) +
+                                   " is given twice, first in "
+                                   "line " +
+                                   std::to_string(label->second));
         } else if (!new_keyword && !channel.keyword().empty()) {
             test_.findings.add(Check::repeated_entry, at(channel),
-                               "keyword " + shown(channel.keyword()) + " heads two columns, the "
-                               "first by line " + std::to_string(keyword->second));
+                               "keyword " + shown(channel.keyword()) +
+                                   " heads two columns, the "
+                                   "first by line " +
+                                   std::to_string(keyword->second));
         }
     }
 
     void check_statistical(const SpecifiedChannel& channel) {
+        const auto [first, is_new] = statistical_.emplace(channel.label(), channel.line->number);
+        if (!is_new) {
+            test_.findings.add(Check::repeated_entry, at(channel),
+                               "channel " + shown(channel.label()) +
+                                   " is given twice, first in "
+                                   "line " +
+                                   std::to_string(first->second));
+        }
+        for (const SpecifiedChannel& column : test_.specified.channels) {
+            if (column.label() != channel.label() || column.keyword() == channel.keyword())
+                continue;
+            test_.findings.add(Check::unknown_keyword, at(channel),
+                               "channel " + shown(channel.label()) + " has the keyword " +
+                                   shown(channel.keyword()) + " here, " + shown(column.keyword()) +
+                                   " in line " + std::to_string(column.line->number));
+        }
         if (units_.count(channel.label()) != 0) return;
         std::set<std::string> logged;
         for (const auto& [label, row] : units_) logged.insert(label);
         const std::string meant = suggestion(channel.label(), logged);
-        test_.findings.add(Check::channel_not_logged,
-                           meant.empty() ? Severity::NOTE : Severity::WARNING, at(channel),
-                           "channel " + shown(channel.label()) +
-                               " is not logged, it has no statistics" + meant,
-                           channel.label());
+        test_.findings.add(
+            Check::channel_not_logged, meant.empty() ? Severity::NOTE : Severity::WARNING,
+            at(channel),
+            "channel " + shown(channel.label()) + " is not logged, it has no statistics" + meant,
+            channel.label());
     }
 
     Test& test_;
     std::map<std::string, const LoggedChannel*> units_;  // by label
     std::set<std::string> used_;                         // PAM keywords in use
     std::set<std::string> free_;                         // labels that are logged, not specified
+    std::map<std::string, int> statistical_;
     std::map<std::string, int> labels_;
     std::map<std::string, int> keywords_;
     int known_ = 0;  // channels whose keyword something knows
@@ -174,18 +193,20 @@ KeyKind kind_of_key(const std::string& key) {
         const char* part;
         KeyKind kind;
     } kKinds[] = {
-        {"UNITS", KeyKind::TEXT},          {"COMMENT", KeyKind::TEXT},
-        {"DESCRIPTION", KeyKind::TEXT},    {"TAKE_FUEL", KeyKind::TEXT},
-        {"DIGITS", KeyKind::INTEGER},      {"REFERENCE_CYCLE_CODE", KeyKind::INTEGER},
-        {"FEL_", KeyKind::NUMBER},         {"SPEED", KeyKind::NUMBER},
-        {"TORQUE", KeyKind::NUMBER},       {"POWER", KeyKind::NUMBER},
-        {"RESTRICTION", KeyKind::NUMBER},  {"RATIO", KeyKind::NUMBER},
+        {"UNITS", KeyKind::TEXT},         {"COMMENT", KeyKind::TEXT},
+        {"DESCRIPTION", KeyKind::TEXT},   {"TAKE_FUEL", KeyKind::TEXT},
+        {"DIGITS", KeyKind::INTEGER},     {"REFERENCE_CYCLE_CODE", KeyKind::INTEGER},
+        {"FEL_", KeyKind::NUMBER},        {"SPEED", KeyKind::NUMBER},
+        {"TORQUE", KeyKind::NUMBER},      {"POWER", KeyKind::NUMBER},
+        {"RESTRICTION", KeyKind::NUMBER}, {"RATIO", KeyKind::NUMBER},
     };
     for (const auto& row : kKinds) {
         if (key.find(row.part) != key.npos) return row.kind;
     }
     return KeyKind::TEXT;
 }
+
+constexpr double kMaxDigits = 15;
 
 void check_key_value(Test& test, const SourceLine& line) {
     const Place place = test.at(IN_SPECIFICATION, line);
@@ -202,6 +223,8 @@ void check_key_value(Test& test, const SourceLine& line) {
     } else if (kind == KeyKind::INTEGER && value != leading_short(word.c_str())) {
         test.findings.add(Check::out_of_field, place,
                           shown(word) + " of " + key + " is no whole number up to 32767");
+    } else if (key.find("DIGITS") != key.npos && value > kMaxDigits) {
+        test.findings.add(Check::implausible, place, key + " is more than a double holds");
     } else if (value < 0) {
         test.findings.add(Check::implausible, place, key + " is negative");
     } else if (key.find("FEL_") != key.npos && line.words.size() < 3) {
@@ -216,10 +239,10 @@ void check_keys(Test& test, const SourceSection& section, const char* const (&ke
     for (const SourceLine& line : section.lines) {
         const Place place = test.at(IN_SPECIFICATION, line);
         if (known.count(line.word(0)) == 0) {
-            test.findings.add(Check::unknown_key, place,
-                              "key " + shown(line.word(0)) + " is not known" +
-                                  suggestion(line.word(0), known),
-                              line.word(0));
+            test.findings.add(
+                Check::unknown_key, place,
+                "key " + shown(line.word(0)) + " is not known" + suggestion(line.word(0), known),
+                line.word(0));
             continue;
         }
         if (line.words.size() < 2) {
@@ -241,8 +264,37 @@ void check_version(Test& test) {
     const std::string& word = line->word(0);
     if (std::to_string(Version_cvsci) == word && Version_cvsci > 0) return;
     test.findings.add(Check::out_of_field, test.at(IN_SPECIFICATION, *line),
-                      "the version " + shown(word) + " is no whole number from 1 to 32767; it "
-                      "counts as " + std::to_string(Version_cvsci));
+                      "the version " + shown(word) +
+                          " is no whole number from 1 to 32767; it "
+                          "counts as " +
+                          std::to_string(Version_cvsci));
+}
+
+// The units of keyword memory against those of the log.
+void check_memory_units(Test& test) {
+    const SourceSection* const section = test.files[IN_MEMORY].section("@KEYWORDS");
+    if (section == nullptr) return;
+    std::map<std::string, std::string> units;  // of the columns, by keyword
+    std::map<std::string, std::string> of_label;
+    for (const LoggedChannel& channel : test.logged) of_label.emplace(channel.label, channel.units);
+    for (const SpecifiedChannel& channel : test.specified.channels) {
+        const auto logged = of_label.find(channel.label());
+        if (logged != of_label.end()) units.emplace(channel.keyword(), logged->second);
+    }
+    for (const auto& [tag, keyword] : test.species.mapping) {
+        const auto column = units.find(tag);
+        if (column != units.end()) units.emplace(keyword, column->second);
+    }
+    for (const SourceLine& line : section->lines) {
+        const auto logged = units.find(line.word(0));
+        if (logged == units.end() || line.words.size() < 3 ||
+            upper_case(logged->second) == upper_case(line.word(2))) {
+            continue;
+        }
+        test.findings.add(Check::units_differ, test.at(IN_MEMORY, line),
+                          "keyword " + line.word(0) + " has units " + shown(line.word(2)) +
+                              ", its channel is logged in " + shown(logged->second));
+    }
 }
 
 // A keyword of the mapping that keyword memory does not have, but one that is near and not in use.
@@ -276,8 +328,7 @@ void note_unspecified(Test& test) {
         if (count++ < kNamed) names += (names.empty() ? "" : ", ") + shown(channel.label);
     }
     if (count == 0 || test.specified.channels.empty()) return;
-    test.findings.add(Check::unspecified_channels,
-                      test.at(IN_LOG, *test.logged.front().line),
+    test.findings.add(Check::unspecified_channels, test.at(IN_LOG, *test.logged.front().line),
                       std::to_string(count) + " logged channel" + (count == 1 ? "" : "s") +
                           " without a column in the composite file: " + names +
                           (count > kNamed ? " ..." : ""));
@@ -297,5 +348,6 @@ void check_specification(Test& test) {
         if (section.keyword() == "@CYCLE") check_keys(test, section, Cycle_key_names);
     }
     check_mapped_keywords(test);
+    check_memory_units(test);
     note_unspecified(test);
 }

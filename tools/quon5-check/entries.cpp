@@ -10,11 +10,10 @@
 namespace {
 
 // Entries that follow from others, or that the checks of this program say better.
-constexpr MESSAGE_NAME kCovered[] = {CYCLE_COUNTS,       CHANNEL_COUNT_DIFFERS,
-                                     MISSING_ARGUMENTS,  NOT_INITIALIZED,
-                                     START_FAILED,       EMISSION_FILES_NOT_READ,
-                                     DATA_SECTION_FAILED, NO_START_OF_TEST,
-                                     NO_DATA_FOR_LABEL};
+constexpr MESSAGE_NAME kCovered[] = {
+    CYCLE_COUNTS,        CHANNEL_COUNT_DIFFERS, MISSING_ARGUMENTS,
+    NOT_INITIALIZED,     START_FAILED,          EMISSION_FILES_NOT_READ,
+    DATA_SECTION_FAILED, NO_START_OF_TEST,      NO_DATA_FOR_LABEL};
 
 bool is_always_covered(const MESSAGE_ROW* row) {
     return std::any_of(std::begin(kCovered), std::end(kCovered),
@@ -88,8 +87,8 @@ class EntryPlace {
 
     bool find_word(const SourceFile& file, const std::string& text) {
         const auto has_word = [&](const SourceLine& line) {
-            return line.text == text || std::find(line.words.begin(), line.words.end(), text) !=
-                                            line.words.end();
+            return line.text == text ||
+                   std::find(line.words.begin(), line.words.end(), text) != line.words.end();
         };
         for (const SourceSection& section : file.sections) {
             const SourceLine* found = has_word(section.heading) ? &section.heading : nullptr;
@@ -114,10 +113,9 @@ bool is_covered(const Test& test, const EntryPlace& entry) {
     const auto& all = test.findings.all();
     return std::any_of(all.begin(), all.end(), [&](const Finding& finding) {
         return !finding.subject.empty() && finding.severity != Severity::NOTE &&
-               std::any_of(entry.values().begin(), entry.values().end(),
-                           [&](const LogValue& value) {
-                               return trimmed(value.text) == finding.subject;
-                           });
+               std::any_of(
+                   entry.values().begin(), entry.values().end(),
+                   [&](const LogValue& value) { return trimmed(value.text) == finding.subject; });
     });
 }
 

@@ -46,7 +46,7 @@ constexpr struct {
     const char* holds;
     const char* limits;
 } kBenchForms[] = {
-    {DESKEW_TIMES, "tag value [time_units]", "deskew times", "DESKEW_TIME"},
+    {DESKEW_TIMES, "tag value time_units", "deskew times", "DESKEW_TIME"},
     {CONT_CHAN_DET_METHOD, "tag text", "detection methods", nullptr},
     {SAMPL_BAG_DET_METHOD, "tag text", "detection methods of the bags", nullptr},
     {BACKGND_DET_METHOD, "tag text", "detection methods of the background", nullptr},
@@ -138,18 +138,18 @@ constexpr FormRow kForms[] = {
     {IN_CELL, "@BACKGND_CORRECTION_OPTIONS", "text text", "background options", nullptr},
     {IN_CELL, "@CW_H2O_INPUT_OPTIONS", "text text [pam_keyword]", "water options", nullptr},
     {IN_CELL, "@FLUID_STREAM", "text...", "fluid streams", nullptr},
-    {IN_CART, "@DESKEW_TIMES", "tag value [time_units]", "deskew times", "DESKEW_TIME"},
+    {IN_CART, "@DESKEW_TIMES", "tag value time_units", "deskew times", "DESKEW_TIME"},
     {IN_CART, "@PROP_SMPL_VALIDATION", "sample train text", "proportional sample", nullptr},
     {IN_CART, "@PM_LEAK_TEST_VALIDATION", "train number flow flow_units leak [flow_units [date]]",
      "leak test", nullptr},
     {IN_CART, "@MPS_INFO", "item text", "particulate system", nullptr},
     {IN_CART, "@APS_INFO", "item text", "particulate system", nullptr},
     {IN_CART, "@BPS_INFO", "item text", "particulate system", nullptr},
-    {IN_FTIR, "@DESKEW_TIMES", "channel value [time_units]", "deskew times", "DESKEW_TIME"},
+    {IN_FTIR, "@DESKEW_TIMES", "channel value time_units", "deskew times", "DESKEW_TIME"},
     {IN_FTIR, "@CONT_CHAN_DET_METHOD", "channel text [text...]", "method and recipe", nullptr},
     {IN_FTIR, "@PRIMARY_CHOICES", "text channel [text...]", "choices", nullptr},
-    {IN_FTIR, "@LEAK_TEST_VALIDATION",
-     "train number flow flow_units leak flow_units [text...]", "leak tests", nullptr},
+    {IN_FTIR, "@LEAK_TEST_VALIDATION", "train number flow flow_units leak flow_units [text...]",
+     "leak tests", nullptr},
     {IN_FTIR, "@CHEMICAL_BALANCE_OPTIONS", "option [text [units]]",
      "options of the chemical balance", nullptr},
     {IN_SPECIFICATION, "@VERSION", "value", "version of the specification", nullptr},
@@ -177,12 +177,11 @@ std::vector<WordForm> words_of_form(std::string_view form, bool& repeats_last) {
         name.erase(std::remove_if(name.begin(), name.end(),
                                   [](char c) { return c == '[' || c == ']' || c == '.'; }),
                    name.end());
-        const auto* const row =
-            std::find_if(std::begin(kWords), std::end(kWords),
-                         [&](const auto& word) { return name == word.name; });
+        const auto* const row = std::find_if(std::begin(kWords), std::end(kWords),
+                                             [&](const auto& word) { return name == word.name; });
         const bool found = row != std::end(kWords);
-        words.push_back({name, found ? row->kind : WordKind::TEXT, found ? row->units : "",
-                         required});
+        words.push_back(
+            {name, found ? row->kind : WordKind::TEXT, found ? row->units : "", required});
     }
     return words;
 }

@@ -64,9 +64,9 @@ struct SectionForm {
     std::string keyword;
     std::vector<WordForm> words;
     bool repeats_last;
-    const char* form;   // as text, for people
-    const char* holds;  // what the section is for
-    const char* limits; // the row of the limits for its value; nullptr: none
+    const char* form;    // as text, for people
+    const char* holds;   // what the section is for
+    const char* limits;  // the row of the limits for its value; nullptr: none
 };
 
 // All sections of all files.

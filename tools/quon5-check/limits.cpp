@@ -23,9 +23,10 @@ constexpr struct {
 };
 
 // Units that people mean when they write others of the same quantity.
-constexpr std::array kLikelyUnits = {"in_hg", "psi",   "mbar",  "hpa",    "bar", "mm_hg", "kpa",
-                                     "deg_f", "deg_c", "deg_k", "percent", "-",  "msec",  "min",
-                                     "ft3/min", "lpm", "ft3/hr", "cm", "mm", "in", "in_h2o"};
+constexpr std::array kLikelyUnits = {"in_hg", "psi",   "mbar",    "hpa",   "bar",     "mm_hg",
+                                     "kpa",   "deg_f", "deg_c",   "deg_k", "percent", "-",
+                                     "msec",  "min",   "ft3/min", "lpm",   "ft3/hr",  "cm",
+                                     "mm",    "in",    "in_h2o"};
 
 std::string text_of(double value) {
     char text[40];
@@ -66,7 +67,8 @@ void read_limits(const std::string& filename, std::vector<Limits>& limits) {
             found = true;
         }
         if (!found) {
-            throw std::runtime_error(at + shown(words[0]) + " has no limits, see quon5-check --list");
+            throw std::runtime_error(at + shown(words[0]) +
+                                     " has no limits, see quon5-check --list");
         }
     }
 }

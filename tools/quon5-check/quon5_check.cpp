@@ -53,18 +53,24 @@ Exit status: 0 no error and no warning, 1 some, 2 the check could not be made. S
 
 // The list of the checks, as a page in Markdown.
 void print_list() {
-    puts("# Checks\n\nquon5-check looks at the files of a test. An *error* means that the task fails, "
-         "loses an\noutput or writes something that is certainly wrong or missing; a *warning* that "
-         "the result is\ndoubtful; a *note* that it is worth knowing. Besides, it prints what the task "
-         "itself would\nlog, with the identifier of the message: [messages.md](messages.md) explains "
-         "these.\n\n| Identifier | | Means | Example |\n|---|---|---|---|");
+    puts(
+        "# Checks\n\nquon5-check looks at the files of a test. An *error* means that the task "
+        "fails, "
+        "loses an\noutput or writes something that is certainly wrong or missing; a *warning* that "
+        "the result is\ndoubtful; a *note* that it is worth knowing. Besides, it prints what the "
+        "task "
+        "itself would\nlog, with the identifier of the message: [messages.md](messages.md) "
+        "explains "
+        "these.\n\n| Identifier | | Means | Example |\n|---|---|---|---|");
     for (int i = 0; i < static_cast<int>(Check::NUM_CHECKS); ++i) {
         const CHECK_ROW& row = Checks[i];
         printf("| `%s` | %s | %s | `%s` |\n", identifier_of(row.name).c_str(),
                name_of(row.severity), row.means, row.example);
     }
-    puts("\n## Plausible ranges\n\nA file of limits replaces them, a line `name low high units` each.\n\n"
-         "| Name | From | To | Units | Because |\n|---|---|---|---|---|");
+    puts(
+        "\n## Plausible ranges\n\nA file of limits replaces them, a line `name low high units` "
+        "each.\n\n"
+        "| Name | From | To | Units | Because |\n|---|---|---|---|---|");
     for (const Limits& row : built_in_limits()) {
         printf("| `%s` | %g | %g | %s | %s |\n", row.name.c_str(), row.low, row.high,
                row.units.c_str(), row.source.c_str());
@@ -88,6 +94,7 @@ struct CommandLine {
             (of_task ? task_words : own).push_back(word);
         }
         std::vector<char*> pointers;
+        pointers.reserve(own.size());
         for (std::string& word : own) pointers.push_back(word.data());
         values = read_words(kArguments, pointers, kProgram);
         if (!values[CALL].empty() && !task_words.empty()) {
@@ -177,9 +184,9 @@ void print_text(const Test& test) {
     const bool colour = isatty(STDOUT_FILENO) == 1 && getenv("NO_COLOR") == nullptr;
     constexpr const char* kColours[] = {"\033[36m", "\033[35m", "\033[31m"};
     for (const Finding& finding : test.findings.all()) {
-        const std::string line =
-            finding.place.line > 0 ? ":" + std::to_string(finding.place.line) : "";
-        printf("%s%s: %s%s:%s %s [%s]\n", printable_text(finding.place.file).c_str(), line.c_str(),
+        const std::string number = std::to_string(finding.place.line);
+        printf("%s%s%s: %s%s:%s %s [%s]\n", printable_text(finding.place.file).c_str(),
+               finding.place.line > 0 ? ":" : "", finding.place.line > 0 ? number.c_str() : "",
                colour ? kColours[static_cast<int>(finding.severity)] : "",
                name_of(finding.severity), colour ? "\033[0m" : "",
                printable_text(finding.text).c_str(), finding.id.c_str());

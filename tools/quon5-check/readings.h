@@ -19,7 +19,7 @@ enum READING : short {
     NUM_READINGS
 };
 inline constexpr const char* Reading_sections[NUM_READINGS] = {
-    "_UL_VAL",        "_LL_VAL",       "_PRETEST_ZERO", "_PRETEST_SPAN",
+    "_UL_VAL",        "_LL_VAL",        "_PRETEST_ZERO", "_PRETEST_SPAN",
     "_POSTTEST_ZERO", "_POSTTEST_SPAN", "_REF_SPAN"};
 
 struct Reading {
@@ -43,5 +43,8 @@ void check_readings(Test& test, const Stage& stage);
 
 // Reports a concentration outside the range of its analyser.
 void check_concentrations(Test& test, const Stage& stage, const std::string& section);
+
+// Reports the analysers of the stage that a section does not name, where it names most of them.
+void check_coverage(Test& test, const Stage& stage, const std::string& keyword);
 
 #endif

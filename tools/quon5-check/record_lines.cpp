@@ -68,8 +68,8 @@ std::string flaw_of_line(const Test& test, int line) {
             const std::string_view field = text.substr(0, text.find(','));
             double value = 0;
             if (!read_logged_value(field, value)) {
-                flaw = "the value " + shown(field) + " of channel " +
-                       shown(test.logged[i].label) + " is no number";
+                flaw = "the value " + shown(field) + " of channel " + shown(test.logged[i].label) +
+                       " is no number";
             }
             text.remove_prefix(std::min(field.size() + 1, text.size()));
         }

@@ -38,9 +38,8 @@ FileForm form_of(std::string_view head) {
         return FileForm::KEYWORD_FILE;
     }
     const std::string_view first = head.substr(0, head.find('\n'));
-    const bool separated = std::any_of(first.begin(), first.end(), [](char c) {
-        return c == ',' || c == ';' || c == '\t';
-    });
+    const bool separated = std::any_of(first.begin(), first.end(),
+                                       [](char c) { return c == ',' || c == ';' || c == '\t'; });
     return separated ? FileForm::CSV : FileForm::OTHER_TEXT;
 }
 
