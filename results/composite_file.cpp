@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
 
 #include "base/number_reading.h"
 #include "base/text.h"
@@ -180,6 +181,16 @@ const CompositeChannel* CompositeFile::channel(std::string_view keyword) const {
         if (channel.keyword == keyword) return &channel;
     }
     return nullptr;
+}
+
+std::vector<std::string> CompositeFile::names() const {
+    std::map<std::string_view, int> counts;
+    std::vector<std::string> names;
+    for (const CompositeChannel& channel : channels) {
+        const int count = ++counts[channel.keyword];
+        names.push_back(channel.keyword + (count > 1 ? " (" + std::to_string(count) + ")" : ""));
+    }
+    return names;
 }
 
 CompositeFile read_composite_file(std::string_view text,

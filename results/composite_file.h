@@ -29,6 +29,10 @@ struct CompositeFile {
 
     // The first channel of this keyword; none when there is none.
     const CompositeChannel* channel(std::string_view keyword) const;
+
+    // A name of its own for each channel: its keyword, or "keyword (2)" for the second of one
+    // keyword.
+    std::vector<std::string> names() const;
 };
 
 // Reads a composite file, whatever it holds. The time and the channels for which `is_wanted` is

@@ -162,7 +162,7 @@ Pairing pair_records(const CompositeFile& earlier, const CompositeFile& later) {
 Difference compare_values(const CompositeChannel& earlier, const CompositeChannel& later,
                           const Pairing& pairing, const std::vector<double>& times,
                           const Comparison& comparison) {
-    Difference difference{Change::CHANGED, "channel " + later.keyword, "", ""};
+    Difference difference{Change::CHANGED, "", "", ""};
     bool found_number = false;
     for (const auto& [i, j] : pairing.pairs) {
         const double a = earlier.values[static_cast<std::size_t>(i)];
@@ -185,16 +185,12 @@ std::string head_of(const CompositeChannel& channel) {
     return channel.units + ", deskew time " + channel.deskew_time + " " + channel.deskew_units;
 }
 
-// Channels by keyword; the second of the same keyword is "keyword (2)".
-std::vector<std::pair<std::string, const CompositeChannel*>> channels_of(
-    const CompositeFile& file) {
-    std::vector<std::pair<std::string, const CompositeChannel*>> channels;
-    std::map<std::string, int> counts;
-    for (const CompositeChannel& channel : file.channels) {
-        const int count = ++counts[channel.keyword];
-        channels.emplace_back(
-            "channel " + channel.keyword + (count > 1 ? " (" + std::to_string(count) + ")" : ""),
-            &channel);
+// The channels of a table by their places.
+std::map<std::string, const CompositeChannel*> channels_of(const CompositeFile& file) {
+    std::map<std::string, const CompositeChannel*> channels;
+    const std::vector<std::string> names = file.names();
+    for (std::size_t c = 0; c < names.size(); ++c) {
+        channels["channel " + names[c]] = &file.channels[c];
     }
     return channels;
 }
@@ -213,9 +209,14 @@ const char* name_of(Change change) {
 
 std::string described(const Difference& difference) {
     if (difference.records > 0) {
-        return std::to_string(difference.records) + " records differ, by " +
-               formatted("%.6g", difference.largest) + " at most, at " +
-               formatted("%.10g", difference.at_time);
+        const bool one = difference.records == 1;
+        const std::string at = formatted(", at %.10g", difference.at_time);
+        // Without a largest difference every differing record has a value in one of the tables
+        // only.
+        return std::to_string(difference.records) + (one ? " record differs" : " records differ") +
+               (difference.largest > 0.0
+                    ? ", by " + formatted("%.6g", difference.largest) + (one ? "" : " at most") + at
+                    : ", a value is missing" + at);
     }
     if (difference.change == Change::ADDED) return difference.later;
     if (difference.change == Change::LOST) return difference.earlier;
@@ -265,26 +266,30 @@ std::vector<Difference> compare(const CompositeFile& earlier, const CompositeFil
     if (pairing.added > 0) {
         add({Change::ADDED, "records", "", std::to_string(pairing.added) + " records"});
     }
-    auto before = channels_of(earlier);
-    for (const auto& [place, channel] : channels_of(later)) {
-        const auto found =
-            std::find_if(before.begin(), before.end(),
-                         [&, name = &place](const auto& row) { return row.first == *name; });
+    std::map<std::string, const CompositeChannel*> before = channels_of(earlier);
+    const std::vector<std::string> names = later.names();
+    for (std::size_t c = 0; c < names.size(); ++c) {
+        const CompositeChannel& channel = later.channels[c];
+        const std::string place = "channel " + names[c];
+        const auto found = before.find(place);
         if (found == before.end()) {
-            add({Change::ADDED, place, "", head_of(*channel)});
+            add({Change::ADDED, place, "", head_of(channel)});
             continue;
         }
         const CompositeChannel& was = *found->second;
-        if (was.units != channel->units ||
-            !comparison.same_word(was.deskew_time, channel->deskew_time) ||
-            was.deskew_units != channel->deskew_units) {
-            add({Change::CHANGED, place, head_of(was), head_of(*channel)});
+        before.erase(found);
+        if (was.units != channel.units ||
+            !comparison.same_word(was.deskew_time, channel.deskew_time) ||
+            was.deskew_units != channel.deskew_units) {
+            add({Change::CHANGED, place, head_of(was), head_of(channel)});
         }
-        Difference values = compare_values(was, *channel, pairing, times_of(later), comparison);
+        Difference values = compare_values(was, channel, pairing, times_of(later), comparison);
         values.place = place;
         if (values.records > 0) add(std::move(values));
-        before.erase(found);
     }
-    for (const auto& [place, channel] : before) add({Change::LOST, place, head_of(*channel), ""});
+    for (const std::string& name : earlier.names()) {
+        const auto lost = before.find("channel " + name);
+        if (lost != before.end()) add({Change::LOST, lost->first, head_of(*lost->second), ""});
+    }
     return differences;
 }

@@ -1,5 +1,7 @@
 #include "results/keyword_entries.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 
 std::string KeywordEntries::text_of(std::string_view keyword) const {
@@ -36,5 +38,16 @@ KeywordEntries read_keyword_entries(std::string_view text, std::string_view stop
         }
     }
     if (!keyword.empty()) report("keyword " + shown(keyword) + " has no value");
+    return file;
+}
+
+KeywordEntries read_filter_data(std::string_view text) {
+    constexpr std::size_t kEntries = 5;
+    KeywordEntries file = read_keyword_entries(text);
+    if (!text.empty() && file.problems.empty() && file.entries.size() < kEntries) {
+        const auto lines = static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+        file.problems.push_back({lines + 1, "the file has " + std::to_string(file.entries.size()) +
+                                                " of its 5 entries"});
+    }
     return file;
 }

@@ -28,4 +28,7 @@ struct KeywordEntries {
 // over when there is a `stop`.
 KeywordEntries read_keyword_entries(std::string_view text, std::string_view stop = {});
 
+// Reads a filter data file, which has five entries. Fewer are a problem.
+KeywordEntries read_filter_data(std::string_view text);
+
 #endif

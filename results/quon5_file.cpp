@@ -13,9 +13,13 @@ class Reader {
     void read() {
         lines_.next();
         if (!read_header() || !read_codes() || !read_rows()) return;
-        read_blocks();
-        file_.complete_to = ResultPart::WHOLE;
-        if (!lines_.ended()) report("the file ends within a line");
+        const bool whole = read_blocks();
+        if (whole) file_.complete_to = ResultPart::WHOLE;
+        if (!lines_.ended()) {
+            report("the file ends within a line");
+        } else if (!whole) {
+            report("the file ends in the emission configuration");
+        }
     }
 
  private:
@@ -81,12 +85,19 @@ class Reader {
         return false;
     }
 
-    void read_blocks() {
+    // Returns whether the blocks reach their end: the empty lines of the cell configuration, whose
+    // groups of fluid streams have no options. Nothing else has three in a row.
+    bool read_blocks() {
+        constexpr int kEnd = 3;
+        bool whole = false;
         int empty_lines = 0;
+        int in_a_row = 0;     // without blanks
         bool joined = false;  // with the line before
         while (lines_.next()) {
             const std::string_view line = lines_.line();
             std::vector<std::string> words = words_of(line);
+            in_a_row = line.empty() ? in_a_row + 1 : 0;
+            whole = whole || in_a_row == kEnd;
             if (words.empty()) {
                 ++empty_lines;
                 joined = false;
@@ -102,6 +113,7 @@ class Reader {
             }
             empty_lines = 0;
         }
+        return whole;
     }
 
     void take_entry(std::vector<std::string> words, bool indented_less, bool& joined) {

@@ -24,7 +24,7 @@ const char* name_of(ResultKind kind) {
         case ResultKind::COMPOSITE:
             return "composite file";
         default:
-            return "no result file";
+            return "file of another program";
     }
 }
 

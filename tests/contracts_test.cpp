@@ -6,17 +6,10 @@
 #include <memory>
 #include <regex>
 
-#include "base/open_file.h"
 #include "quon5/readers/read_em_data.h"
-#include "quon5/timing/logged_channels.h"
 #include "runtime/ci_specs.h"
-#include "runtime/index_map.h"
-#include "runtime/keyword_memory.h"
-#include "runtime/paths.h"
-#include "runtime/shared_variables.h"
 #include "runtime/tokens.h"
 #include "runtime/units.h"
-#include "tests/runtime/temporary_file.h"
 #include "tests/task_test.h"
 
 TEST(Contracts, UnitsConvertWithinTheirQuantityAlone) {
@@ -29,25 +22,6 @@ TEST(Contracts, UnitsConvertWithinTheirQuantityAlone) {
                 << from << " to " << to;
         }
     }
-}
-
-TEST(Contracts, EmptyNameIsNoKeyword) {
-    const tests::TEMPORARY_FILE file("@KEYWORDS\nA channel\nB parameter\n");
-    setenv("TAVRIN_KEYWORD_MEMORY", file.path(), 1);
-    Keyword_memory = static_cast<KEYWORD*>(get_shrd_mem(KEYWORD_MEM, 0));
-    EXPECT_EQ(check_keyword("A", CHANNEL_KEYWORD), 0);
-    EXPECT_EQ(check_keyword("", CHANNEL_KEYWORD), -1);  // as the row behind the last one reads
-    EXPECT_EQ(check_keyword("C", PARAMETER_KEYWORD), -1);
-    unsetenv("TAVRIN_KEYWORD_MEMORY");
-    Keyword_memory = nullptr;
-}
-
-TEST(Contracts, FileAppendSaysThatADeviceIsFull) {
-    const tests::TEST_LOG log;
-    const tests::TEMPORARY_FILE file("some text\n");
-    EXPECT_EQ(file_append(file.path(), "/dev/full"), -1);
-    EXPECT_EQ(file_append(file.path(), "/dev/null"), 0);
-    File_failed = false;
 }
 
 class Records : public tests::TASK_TEST {};
@@ -78,37 +52,6 @@ TEST_F(Records, AreClearedByTheirReaders) {
         for (const auto& keyword : Em_species_map) species += keyword[0] != '\0' ? 1 : 0;
         EXPECT_EQ(species, 4);
     }
-}
-
-// A look-up sees the labels as they are, with no step between a change and the look-up.
-TEST(Contracts, LabelsAreLookedUpAsTheyStand) {
-    FLOGER_DATA_INFO channels[3] = {};
-    All_chans = channels;
-    Num_chans_logged = 3;
-    short position = 0;
-    for (const char* const label : {"A", "B"}) {
-        std::strcpy(channels[1].chan_name, label);
-        std::strcpy(channels[2].chan_name, label);
-        EXPECT_EQ(check_label_in_logr(label, &position), 1);
-        EXPECT_EQ(position, 1);
-        EXPECT_EQ(find_last_logged_channel(label), 2);
-    }
-    EXPECT_EQ(check_label_in_logr("A", &position), 0);
-    EXPECT_EQ(position, -1);
-    All_chans = nullptr;
-    Num_chans_logged = 0;
-}
-
-TEST_F(Records, AreAsAtTheStartOnceTheTaskIsCleared) {
-    Run_num = Step = Customer_input.num_cycles = Num_chans_logged = 1;
-    Emis_data.prop_smpl[0].active = Ftir.num_deskew_chans = Subsys_logi_var_values[63] = 1;
-    std::strcpy(Cycle, "FTP");
-    clear_task();
-    EXPECT_EQ(Run_num + Step + Customer_input.num_cycles + Num_chans_logged, 0);
-    EXPECT_EQ(Emis_data.prop_smpl[0].active + Ftir.num_deskew_chans + Subsys_logi_var_values[63],
-              0);
-    EXPECT_STREQ(Cycle, "");
-    EXPECT_EQ(string_to_indexN("NOX", SPECIES_MAP), -1);
 }
 
 TEST(Contracts, TokensHaveTheTypeOfTheirText) {

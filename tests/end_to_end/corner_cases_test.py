@@ -1,6 +1,6 @@
 """Rare inputs, each of which once went unnoticed."""
 
-from end_to_end import APPEND, COUNT_MISMATCH, EndToEndTest, SmallTest, expected, main
+from end_to_end import APPEND, COUNT_MISMATCH, EndToEndTest, SmallTest, between, expected, main
 
 QUON5 = expected("small_test/expected/run7.quon5")
 
@@ -39,6 +39,17 @@ class Specification(EndToEndTest):
             "not found in floger data file log.dat\nquon_end mode=1 code=30000 Label time specified "
             "in cvs_specs was not found in floger file-no data will be available for that channel\n")
         self.assertEqual(cell.text("composite.csv").partition("\n")[0], header)
+
+
+    def test_channel_before_time_is_a_column_too(self):
+        cell = SmallTest()
+        head, mark, records = cell.text("log.dat").partition("@LOGGED_RECORDS\n")
+        cell.write("log.dat", head.replace("@LOGGED_CHANNELS\n", "@LOGGED_CHANNELS\nX ppm 0\n") + mark +
+                   "".join(f"7,{record}\n" for record in records.splitlines()))
+        cell.replace("ci.dat", "@DATA_CHANNELS\n", "@DATA_CHANNELS\nX ppm X_P\n")
+        cell.run()
+        first_row = between(cell.text("composite.csv"), "\n$\n", "\n")  # its time is 7 - 30
+        self.assertEqual(first_row.split(",")[:3], ["-23", "7", "4.00"])
 
 
 class Bench(EndToEndTest):

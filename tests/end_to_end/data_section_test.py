@@ -158,7 +158,7 @@ class LastSections(EndToEndTest):
         cell.append("ci.dat", OVERRIDES)
         cell.replace("cell.dat", "CVS_BAG ON\n", """\
 CVS_BAG ON
-CVS_CONT OFF
+CVS_CONT OFF NO_CHAN
 @CW_H2O_INPUT_OPTIONS
 K1 -999990
 K2 5 K2_CHAN

@@ -28,6 +28,9 @@ class StartUp(EndToEndTest):
         self.expect_file(cell, "standard_error", "")
         self.expect_file(cell, "run7.quon5", QUON5)
         self.expect_file(cell, "filter.dat", FILTER_DATA)
+        umask = os.umask(0)
+        os.umask(umask)
+        self.assertEqual(cell.path("filter.dat").stat().st_mode & 0o777, 0o666 & ~umask)
 
     def expect_failure(self, cell, log, status=1, lines=0):
         """A run that ends when so many lines of the quon5 file are written (None: no file)."""

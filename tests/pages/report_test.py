@@ -81,14 +81,16 @@ class Report(unittest.TestCase):
         self.assertEqual(test.reduce(), 1)
         document = self.document(test)
         self.assertEqual(document["verdict"]["text"],
-                         "Incomplete: the quon5 file ends without value rows, emission configuration; "
+                         "Incomplete: the quon5 file ends behind row 7, without emission configuration; "
                          "there is no composite file. 1 error, 1 warning.")
         self.assertEqual(document["files"][0]["problems"], [{"line": 18, "text": "the file ends in the value rows"}])
         self.assertEqual([row["row"] for row in document["rows"]], [1, 2, 3, 4, 5, 6, 7])
         names = [entry["message"] for entry in document["log"]["entries"]]
         self.assertIn("NO_FUEL_CONSUMED", names)
         self.assertIn("@FUEL_CONSUMED_LBL", document["log"]["messages"]["NO_FUEL_CONSUMED"]["to_do"])
-        self.assertEqual(test.report("page=page.html")[0], 0)
+        for _ in range(2):  # the second page takes the place of the first
+            self.assertEqual(test.report("page=page.html", "json=document.json"), (0, "", ""))
+        self.assertEqual(json.loads(test.text("document.json"))["verdict"], document["verdict"])
 
     def test_missing_values_and_outputs_of_an_earlier_run_are_named(self):
         test = SmallTest()
@@ -137,7 +139,7 @@ class Compare(unittest.TestCase):
         status, text, error = self.compare()
         self.assertEqual((status, error), (1, ""))
         self.assertEqual(text,
-                         "quon_end.42: changed channel CVS_CD_NOX_MEA: 1 records differ, by 0.25 at most, at 2\n"
+                         "quon_end.42: changed channel CVS_CD_NOX_MEA: 1 record differs, by 0.25, at 2\n"
                          "results/M123/quon5.FTP: changed @FEL_VAL BSNOX: 0.27 g/kw_hr 2 -> 0.28 g/kw_hr 2\n")
         self.assertEqual(self.compare("ignore=@FEL_VAL,channel CVS_CD_NOX_MEA"), (0, "", ""))
         self.assertEqual(self.compare("tolerance=0.1"), (0, "", ""))
@@ -148,16 +150,21 @@ class Compare(unittest.TestCase):
         self.assertIn("filter_data.42: lost file: filter_data.42\n", self.compare()[1])
 
     def test_trouble_is_told_from_difference(self):
-        later = self.later.path("quon_end.42")
-        text = later.read_text()
-        for content, message in [(text[:-3], f"{later}:14: the file ends without *0"),
-                                 ("<html>\n", f"{self.earlier.path('quon_end.42')} is a composite file, "
-                                              f"{later} a no result file")]:
-            later.write_text(content)
-            self.assertEqual(self.compare(old="quon_end.42", new="quon_end.42"),
-                             (2, "", f"quon5-compare: {message}\n"))
+        quon5, composite, filtered = "results/M123/quon5.FTP", "quon_end.42", "filter_data.42"
+        within = self.later.text(quon5).partition("@PROP_SMPL_VALIDATION\n")[0]
+        for name, content, message in [
+                (composite, self.later.text(composite)[:-3], "14: the file ends without *0"),
+                (composite, "<html>\n", "1: this is no result of quon5"),
+                (filtered, "".join(self.later.text(filtered).splitlines(True)[:4]), "5: the file has 2 of its 5 entries"),
+                (quon5, within, f"{within.count(chr(10)) + 1}: the file ends in the emission configuration")]:
+            self.later.write(name, content)
+            self.assertEqual(self.compare(old=name, new=name),
+                             (2, "", f"quon5-compare: {self.later.path(name)}:{message}\n"))
+        status, _, error = self.compare(old=quon5, new=filtered)
+        self.assertEqual(status, 2)
+        self.assertIn(" is a quon5 file, ", error)
         self.assertEqual(self.compare("tolerance=x")[0], 2)
-        self.assertEqual(self.compare(old="none")[0], 2)
+        self.assertIn("there is no", self.compare(old="none")[2])
 
     def test_report_has_the_same_changes(self):
         status, text, _ = self.later.report("json=-", f"against={self.earlier.directory}")

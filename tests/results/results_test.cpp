@@ -234,7 +234,7 @@ TEST(Differences, OfACompositeFileAreCountedByChannel) {
     EXPECT_EQ(changed("0.15\n0.0,20,12.7", "0.25\n0.0,20,12.2"),
               "changed channel CVS_CD_NOX_MEA: 2 records differ, by 0.5 at most, at 0\n");
     EXPECT_EQ(changed("nan", "5"),
-              "changed channel CVS_CD_NOX_MEA: 1 records differ, by 0 at most, at 1\n");
+              "changed channel CVS_CD_NOX_MEA: 1 record differs, a value is missing, at 1\n");
     // A record less moves no other record.
     EXPECT_EQ(changed("0.0,20,12.7\n", ""), "lost records: 1 records\n");
     EXPECT_EQ(changed("*0", "2.0,30,1.0\n*0"), "added records: 1 records\n");

@@ -27,6 +27,7 @@ CVS_B channel ppm
 9LIVES both -
 CVS_A both ppm
 ODD kind
+0X both
 @VARIABLES
 cell_name 12
 limit 1.5
@@ -37,15 +38,19 @@ limit 1.5
 TEST(KeywordMemory, SortsItsKeywords) {
     const tests::TEST_LOG log;
     const LINKED_KEYWORDS file(kKeywords);
-    const char* const sorted[] = {"CVS_A", "CVS_B", "ZETA", "9LIVES", "_X"};
-    for (int i = 0; i < 5; ++i) EXPECT_STREQ(Keyword_memory->keyword_table[i].keyword, sorted[i]);
+    const char* const sorted[] = {"CVS_A", "CVS_B", "ZETA", "0X", "9LIVES", "_X"};
+    for (int i = 0; i < 6; ++i) EXPECT_STREQ(Keyword_memory->keyword_table[i].keyword, sorted[i]);
     const PAM_KEYWORD& zeta = Keyword_memory->keyword_table[2];
     int rpm = 0;
     units_keyword_to_code("rpm", &rpm);
     EXPECT_EQ(zeta.unitscode, rpm);
     EXPECT_EQ(zeta.type, PARAMETER_KEYWORD);
     for (int c = 0; c < 29; ++c)
-        EXPECT_EQ(Keyword_memory->search_table[c], c < 3 ? 0 : c < 26 ? 2 : c - 23) << c;
+        EXPECT_EQ(Keyword_memory->search_table[c], c < 3     ? 0
+                                                   : c < 26  ? 2
+                                                   : c == 26 ? 3
+                                                             : c - 22)
+            << c;
     EXPECT_EQ(log.text(),
               "get_shrd_mem 65 30000 Entry of <ODD> is not a keyword with its type, it "
               "is ignored\n\t   line number=8   file=" +

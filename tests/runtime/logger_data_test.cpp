@@ -145,8 +145,10 @@ TEST(LoggerData, FailsWithoutChannelsItCanTake) {
 
 TEST(LoggerData, RecordsThatGetShorter) {
     std::string text = kTwoChannels;
-    for (int i = 0; i < 6000; ++i)
-        text += std::to_string(i) + (i < 70 ? ',' + std::string(300, '0') + "7\n" : ",7\n");
+    for (int i = 0; i < 6000; ++i) {
+        const std::size_t zeros = i == 0 ? 200'000 : i < 70 ? 300 : 0;
+        text += std::to_string(i) + ',' + std::string(zeros, '0') + "7\n";
+    }
     const FLOGER_DATA_INFO* const chans = load(TEMPORARY_FILE(text));
     ASSERT_EQ(chans->num_samples, 6000);
     for (int i = 0; i <= 6000; ++i)
@@ -234,6 +236,8 @@ TEST(LoggerData, ListEntriesAreChannelsByColumnAndName) {
         EXPECT_EQ(std::isnan(entry.data_ptr[0]), num_samples == 0) << name << column;
     }
     EXPECT_EQ(load(TEMPORARY_FILE(kTwoChannels))->num_samples, 0);
+    const FLOGER_DATA_INFO* const one = load(TEMPORARY_FILE(kTwoChannels + "3,5\n"));
+    EXPECT_EQ(fields(one[0].data_ptr[1], one[1].data_ptr[1]), "3|5");
 }
 
 TEST(LoggerData, LogThatIsGoneBeforeItsRecordsAreLoadedIsNamed) {

@@ -76,10 +76,7 @@ INTERM_SPEED 1500 rpm
 @ECM main CM2350
 @ECM_OVERRIDES MAP 'M 2'
 V1 1
-V2 2
-@ECM second
-@ECM_OVERRIDES ACTIVITY 'Dev test'
-V4 '4 5'
+V2 '4 5'
 )"),
               LINES());
     const CVS_CI& ci = Customer_input;
@@ -96,10 +93,9 @@ V4 '4 5'
     EXPECT_EQ(fields(fel.string, fel.value, fel.units), "FEL_NOX|2.7|g/kw_hr");
     EXPECT_EQ(fields(co.string, co.value, co.units), "FEL_CO|1|");
     EXPECT_STREQ(ci.map_keys[1][INTERM_SPEED].value, "1500");
-    const ECM_DATA &main = ci.ecm[0], &second = ci.ecm[1];
-    EXPECT_EQ(fields(main.ecm_name, main.ecm_model, main.map_ecm_overrides[1][1].string,
-                     second.activity_ecm_overrides[0][0].value),
-              "main|CM2350|V2|4 5");
+    const ECM_DATA& main = ci.ecm[0];
+    EXPECT_EQ(fields(main.ecm_name, main.ecm_model, main.map_ecm_overrides[1][1].value),
+              "main|CM2350|4 5");
 }
 
 TEST(CiSpecs, VersionThatIsNoNumberIsReported) {
@@ -145,23 +141,6 @@ V 1
                      ci.ecm[0].map_ecm_overrides[0][0].string),
               "2||");
     EXPECT_EQ(read_specification("@X\ny\n@VERSION\n7\n"), LINES{1});
-}
-
-TEST(CiSpecs, FileThatCannotBeReadLeavesNothingOfTheOneBefore) {
-    EXPECT_EQ(read_specification("@ECM e\n@ECM_OVERRIDES\nV 1\n"), LINES());
-    const tests::TEST_LOG log;
-    EXPECT_EQ(read_ci_specs("/no/such/file", &Customer_input, 0), -1);
-    EXPECT_EQ(Customer_input.num_ecms, 0);
-    EXPECT_STREQ(Customer_input.ecm[0].ecm_overrides[0].string, "");
-    EXPECT_EQ(log.text(),
-              "read_ci_specs 65 77 Could not open file /no/such/file, errno=No such file "
-              "or directory\n");
-}
-
-TEST(CellConfig, NeedsNoSection) {
-    const tests::TEST_LOG log;
-    EXPECT_EQ(read_cell_config("@X\n0.43[m]\n"), "none");
-    EXPECT_EQ(log.text(), "");
 }
 
 TEST(CellConfig, FillsEachSectionToItsCapacity) {

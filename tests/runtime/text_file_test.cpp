@@ -37,6 +37,8 @@ TEST(TextFile, FirstLineOfTheKeywordA) {
         {most + most + "\n@A\t" + most + "\n1\n", "1|1|3"},
         {"@A\nab\0cd\n1\n"s, "1|ab|2"},
         {"a\0b\n\0\n@A\nvalue"s, "1|value|4"},
+        {"\xef\xbb\xbf@A\n1\n", "1|1|2"},  // a byte order mark, and what is none
+        {"x\xbb\xbf@A\n1\n", "-51||2"},
         {"@LOGGED_RECORDS\n@A\n1\n", "-51||1"},
         {"@A\n@LOGGED_RECORDS\n0.0,1\n", "1|@LOGGED_RECORDS|2"},
         {"@LOGGED_RECORDS_OF\n@A\n1\n", "1|1|3"},

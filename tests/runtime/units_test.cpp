@@ -30,10 +30,10 @@ m3/s=m3/s cfm=foot3/min scfm=foot3/min lpm=l/min slpm=l/min gpm=231inch3/min ft3
 n=N lbf=lbf kgf=kgf
 j=J kj=kJ mj=MJ btu=1055.05585262J kwh=kW.h kw_hr=kW.h hp_hr=550foot.lbf.h/s bhp_hr=550foot.lbf.h/s
 j=J n_m=N.m nm=N.m ft_lb=foot.lbf lb_ft=foot.lbf in_lb=inch.lbf
-w=W kw=kW hp=550foot.lbf/s bhp=550foot.lbf/s btu/hr=Btu/h
+w=W kw=kW v*a=V.A hp=550foot.lbf/s bhp=550foot.lbf/s btu/hr=Btu/h
 m/s=m/s mph=mile/h km/hr=km/h
 hz=Hz rpm=min-1
-v=V mv=mV
+v=V mv=mV ohm*a=ohm.A w/a=W/A
 a=A ma=mA
 ohm=ohm
 rad=radian deg=arc_degree

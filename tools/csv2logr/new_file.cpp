@@ -64,7 +64,7 @@ NewFile::NewFile(const std::string& filename, const std::string& source)
     if (name.size() >= sizeof unfinished) throw Failure(filename + ": the name is too long");
     fd_ = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (fd_ < 0) throw Failure("cannot write " + name + ": " + strerror(errno));
-    name.copy(unfinished, name.size());
+    unfinished[name.copy(unfinished, name.size())] = '\0';  // an earlier name may be longer
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         if (std::signal(number, remove_and_end) == SIG_IGN) std::signal(number, SIG_IGN);
     }

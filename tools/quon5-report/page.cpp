@@ -1,5 +1,6 @@
 #include "tools/quon5-report/page.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -60,15 +61,16 @@ class Values {
 Values values_of(const Report& report) {
     Values values;
     const std::vector<CompositeChannel>& channels = report.composite.channels;
+    const std::vector<std::string> names = report.composite.names();
+    const std::vector<std::string> earlier_names = report.earlier.names();
     for (std::size_t c = 0; c < channels.size(); ++c) {
         if (c > 0 && !is_chosen(report.options, channels[c].keyword)) continue;
         values.add("now", c, channels[c]);
-        // The first channel of a keyword has the trace of the earlier one.
-        const CompositeChannel* const earlier = report.earlier.channel(channels[c].keyword);
-        if (earlier == nullptr || earlier->values.empty()) continue;
-        if (report.composite.channel(channels[c].keyword) == &channels[c]) {
-            values.add("earlier", c, *earlier);
-        }
+        const auto found = std::find(earlier_names.begin(), earlier_names.end(), names[c]);
+        if (found == earlier_names.end()) continue;
+        const auto at = static_cast<std::size_t>(found - earlier_names.begin());
+        const CompositeChannel& earlier = report.earlier.channels[at];
+        if (!earlier.values.empty()) values.add("earlier", c, earlier);
     }
     return values;
 }

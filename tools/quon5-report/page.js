@@ -13,8 +13,14 @@ function element(tag, attributes = {}, ...children) {
   const report = JSON.parse(document.getElementById("report").textContent);
   const byId = (id) => document.getElementById(id);
 
-  // A table. A column is [title, content of a row, class]; a row may be the title of a group.
+  // A table. A column is [title, content of a row, class]; a row may be the title of a group. What
+  // has no rows is said in words.
   function table(caption, columns, rows, className = "") {
+    if (rows.length === 0) {
+      const nothing = report.verdict.complete ? element("p", {class: "soft"}, "None.")
+        : element("p", {class: "missing"}, "Nothing: the result is not complete.");
+      return element("div", {}, ...(caption ? [element("p", {class: "caption"}, caption)] : []), nothing);
+    }
     const body = element("tbody");
     for (const row of rows) {
       if (row.group !== undefined) {
@@ -37,6 +43,7 @@ function element(tag, attributes = {}, ...children) {
                            element("thead", {}, head), body));
   }
 
+  const counted = (count, what) => `${count} ${what}${count === 1 ? "" : "s"}`;
   const marked = (text, mark) => element("span", {"data-mark": mark}, text);
   const reading = (value) => value === null ? "" : `${value.text} ${value.units}`.trim();
   const named = (keyword) => (row) => row[keyword];
@@ -97,6 +104,10 @@ function element(tag, attributes = {}, ...children) {
                           ...others.map((entry) => element("p", {class: "said"}, entry.text))));
     }
     if (message !== undefined) {
+      const before = report.log.entries[report.log.entries.indexOf(first) - 1];
+      if (before && /entry before/.test(message.means + message.to_do)) {
+        node.append(element("p", {}, element("b", {}, "The entry before: "), element("span", {class: "said"}, before.text)));
+      }
       node.append(element("p", {}, element("b", {}, "Means: "), catalogueText(message.means)),
                   element("p", {}, element("b", {}, "To do: "), catalogueText(message.to_do)));
     }
@@ -110,9 +121,17 @@ function element(tag, attributes = {}, ...children) {
     if (report.changes === null) return byId("changes").remove();
     const {against, differences} = report.changes;
     byId("changes").append(element("p", {}, differences.length === 0
-      ? `Nothing differs from the results in ${against}.` : `${differences.length} differences from the results in ${against}.`));
+      ? `Nothing differs from the results in ${against}.` : `${counted(differences.length, "difference")} from the results in ${against}.`));
     if (differences.length === 0) return;
-    const columns = [["File", named("file"), "name"], ["What", named("place")], ["Change", named("change")],
+    const names = new Set(report.traces.map((trace) => report.composite.channels[trace.channel].name));
+    const place = (row) => {
+      const name = row.place.replace(/^channel /, "");
+      if (!row.records || !names.has(name)) return row.place;
+      const show = element("button", {type: "button", class: "link", title: "show the traces there"}, row.place);
+      show.addEventListener("click", () => window.quon5Traces?.show(name, row.at_time));
+      return show;
+    };
+    const columns = [["File", named("file"), "name"], ["What", place], ["Change", named("change")],
                      ["Earlier", named("earlier")], ["Now", (row) => row.records ? row.text : row.later]];
     const shown = 25;
     byId("changes").append(table("", columns, differences.slice(0, shown)));
@@ -193,9 +212,6 @@ function element(tag, attributes = {}, ...children) {
       all.append(element("h3", {}, block.keyword), element("pre", {}, block.entries.map((words) => words.join(" ")).join("\n")));
     }
     byId("configuration").append(all);
-    for (const id of ["statistics", "limits"]) {
-      if (byId(id).querySelector("tbody tr") === null) byId(id).querySelector(".wide").replaceWith(element("p", {class: "missing"}, "None."));
-    }
   }
 
   function fillCall() {

@@ -64,6 +64,11 @@ std::vector<Difference> compare_files(const std::string& earlier, const std::str
     const std::string before = read_file(earlier);
     const std::string after = read_file(later);
     const ResultKind kind = kind_of(after);
+    for (const auto& [text, filename] : {std::pair(&before, &earlier), {&after, &later}}) {
+        if (kind_of(*text) == ResultKind::NONE) {
+            throw std::runtime_error(*filename + ":1: this is no result of quon5");
+        }
+    }
     if (kind != kind_of(before)) {
         throw std::runtime_error(earlier + " is a " + name_of(kind_of(before)) + ", " + later +
                                  " a " + name_of(kind));
@@ -75,11 +80,9 @@ std::vector<Difference> compare_files(const std::string& earlier, const std::str
         case ResultKind::QUON5:
             return compare_read(read_quon5_file);
         case ResultKind::FILTER_DATA:
-            return compare_read([](const std::string& text) { return read_keyword_entries(text); });
-        case ResultKind::COMPOSITE:
-            return compare_read([](const std::string& text) { return read_composite_file(text); });
+            return compare_read(read_filter_data);
         default:
-            throw std::runtime_error(later + ":1: this is no result of quon5");
+            return compare_read([](const std::string& text) { return read_composite_file(text); });
     }
 }
 
@@ -127,6 +130,9 @@ std::vector<FoundDifference> compare_directories(const std::filesystem::path& ea
 
 std::vector<FoundDifference> compare_all(const std::string& earlier, const std::string& later,
                                          const Comparison& comparison) {
+    for (const std::string& name : {earlier, later}) {
+        if (!std::filesystem::exists(name)) throw std::runtime_error("there is no " + name);
+    }
     const bool directories = std::filesystem::is_directory(earlier);
     if (directories != std::filesystem::is_directory(later)) {
         throw std::runtime_error(earlier + " and " + later +

@@ -42,14 +42,24 @@ auto read_output(OutputFile& file, Read read) {
     return contents;
 }
 
-// The filter identifier, as the head of the logger data file has it.
-std::string filter_id_of(const std::string& log) {
+// What the head of the logger data file says, up to its channels.
+KeywordEntries head_of_log(const std::string& log) {
     constexpr std::size_t kLongestHead = 65536;
     std::ifstream file(log, std::ios::binary);
     std::string head(kLongestHead, '\0');
     file.read(head.data(), static_cast<std::streamsize>(head.size()));
     head.resize(static_cast<std::size_t>(std::max<std::streamsize>(file.gcount(), 0)));
-    return read_keyword_entries(head, "@LOGGED_CHANNELS").text_of("@TR_EM_FILTER_ID_LBL");
+    return read_keyword_entries(head, "@LOGGED_CHANNELS");
+}
+
+// How many processes logged in this time.
+std::size_t processes_between(const std::vector<LogEntry>& log, long long from, long long to) {
+    std::set<int> processes;
+    for (const LogEntry& entry : log) {
+        const long long time = seconds_of(entry.time);
+        if (time >= from && time <= to) processes.insert(entry.process);
+    }
+    return processes.size();
 }
 
 void choose_entries(const std::vector<LogEntry>& log, long long written, bool own_log, int process,
@@ -61,6 +71,11 @@ void choose_entries(const std::vector<LogEntry>& log, long long written, bool ow
     } else if (written > 0) {
         chosen = entries_of_run(log, written - kLongestEnd, written + kCopying);
         run.chosen = "the run that ended when the result files were written";
+        const std::size_t count = processes_between(log, written - kLongestEnd, written + kCopying);
+        if (count > 1) {
+            run.chosen += ", the last of " + std::to_string(count) +
+                          " processes that logged then; process= names another";
+        }
     }
     if (chosen.empty() && process == 0 && own_log && !log.empty()) {
         chosen = entries_of_process(log, log.back().process);
@@ -118,6 +133,15 @@ void judge_quon5(Report& report) {
     }
     if (!absent.empty()) missing.push_back("the quon5 file ends without " + absent);
     std::string rows;
+    if (report.quon5.complete_to == ResultPart::CODES && !report.quon5.rows.empty()) {
+        const int last = report.quon5.rows.back().row;
+        missing.back() = "the quon5 file ends behind row " + std::to_string(last) +
+                         ", without emission configuration";
+    }
+    if (report.quon5.complete_to == ResultPart::ROWS && !report.quon5.blocks.empty()) {
+        missing.back() = "the quon5 file ends in the emission configuration, at " +
+                         report.quon5.blocks.back().keyword;
+    }
     for (const ValueRow& row : report.quon5.rows) {
         if (!row.has_value) rows += (rows.empty() ? "" : ", ") + std::to_string(row.row);
     }
@@ -131,8 +155,8 @@ void judge_quon5(Report& report) {
 void judge_others(Report& report) {
     std::vector<std::string>& missing = report.missing;
     if (has_contents(report.filter_output, "filter data file", missing) &&
-        report.filter.entries.size() < 5) {
-        missing.push_back("the filter data file ends early");
+        !report.filter.problems.empty()) {
+        missing.push_back("the filter data file is not whole");
     }
     if (!has_contents(report.composite_output, "composite file", missing)) return;
     if (report.composite.channels.empty()) {
@@ -182,6 +206,9 @@ bool compare_output(Report& report, const OutputFile& file, const Contents& late
         return false;
     }
     earlier = read(read_file(path));
+    for (const Problem& problem : earlier.problems) {
+        report.notes.push_back(path + ":" + std::to_string(problem.line) + ": " + problem.text);
+    }
     for (Difference& difference : compare(earlier, later, Comparison())) {
         report.changes.push_back({name, std::move(difference)});
     }
@@ -194,9 +221,8 @@ void compare_with_earlier(Report& report) {
     const bool found[] = {
         compare_output(report, report.quon5_output, report.quon5, "quon5 file", read_quon5_file,
                        quon5),
-        compare_output(
-            report, report.filter_output, report.filter, "filter data file",
-            [](const std::string& text) { return read_keyword_entries(text); }, filter),
+        compare_output(report, report.filter_output, report.filter, "filter data file",
+                       read_filter_data, filter),
         compare_output(
             report, report.composite_output, report.composite, "composite file",
             [](const std::string& text) { return read_composite_file(text); }, report.earlier)};
@@ -208,9 +234,9 @@ void compare_with_earlier(Report& report) {
     for (const ReportedChange& change : report.changes) {
         if (change.difference.records > 0) differing.insert(change.difference.place);
     }
-    for (std::size_t c = 1; c < report.earlier.channels.size(); ++c) {
-        CompositeChannel& channel = report.earlier.channels[c];
-        if (differing.count("channel " + channel.keyword) == 0) channel.values = {};
+    const std::vector<std::string> names = report.earlier.names();
+    for (std::size_t c = 1; c < names.size(); ++c) {
+        if (differing.count("channel " + names[c]) == 0) report.earlier.channels[c].values = {};
     }
 }
 
@@ -234,8 +260,7 @@ Report gather(TASK_CALL call, ReportOptions options) {
     }
     report.quon5 = read_output(report.quon5_output,
                                [](const std::string& text) { return read_quon5_file(text); });
-    report.filter = read_output(report.filter_output,
-                                [](const std::string& text) { return read_keyword_entries(text); });
+    report.filter = read_output(report.filter_output, read_filter_data);
     const ReportOptions& wanted = report.options;
     report.composite = read_output(report.composite_output, [&](const std::string& text) {
         return read_composite_file(text, [&](const CompositeChannel& channel) {
@@ -253,7 +278,7 @@ Report gather(TASK_CALL call, ReportOptions options) {
                                      " names no channel of the composite file");
         }
     }
-    report.filter_id = filter_id_of(report.call.path(report.call.value("logr_data")));
+    report.logger_head = head_of_log(report.call.path(report.call.value("logr_data")));
     read_log(report);
     judge_quon5(report);
     judge_others(report);

@@ -55,7 +55,7 @@ struct Report {
     KeywordEntries filter;
     CompositeFile composite;
     RunLog log;
-    std::string filter_id;             // of the logger data file
+    KeywordEntries logger_head;        // entries of the logger data file
     std::vector<std::string> missing;  // what makes the result incomplete, a clause each
     std::vector<std::string> notes;    // what else to look at
     std::vector<ReportedChange> changes;

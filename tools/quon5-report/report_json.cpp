@@ -54,14 +54,16 @@ std::string filter_of(const Report& report) {
             if (entry.words.size() > 1 && entry.words[0] == "PMF_ID") return entry.words[1];
         }
     }
-    return report.filter_id;
+    return report.logger_head.text_of("@TR_EM_FILTER_ID_LBL");
 }
 
 Json head(const Report& report) {
     const TASK_CALL& call = report.call;
     Json json;
     const bool has_header = report.quon5.complete_to >= ResultPart::HEADER;
-    json["start_of_test"] = report.quon5.start_of_test;
+    // A run that failed early leaves no header.
+    json["start_of_test"] =
+        has_header ? report.quon5.start_of_test : report.logger_head.text_of("@QUON5_TIME_OF_TEST");
     json["cell"] = has_header ? Json(report.quon5.cell) : Json(nullptr);
     json["map"] = map_of(call);
     json["cycle"] = call.value("cycle");
@@ -339,8 +341,11 @@ Json phases(const Report& report) {
 
 Json composite(const Report& report) {
     Json channels = Json::array();
-    for (const CompositeChannel& channel : report.composite.channels) {
-        channels.push_back({{"keyword", channel.keyword},
+    const std::vector<std::string> names = report.composite.names();
+    for (std::size_t c = 0; c < names.size(); ++c) {
+        const CompositeChannel& channel = report.composite.channels[c];
+        channels.push_back({{"name", names[c]},
+                            {"keyword", channel.keyword},
                             {"units", channel.units},
                             {"deskew", reading_json({channel.deskew_time, channel.deskew_units})},
                             {"deskew_seconds", number(channel.deskew_seconds())}});

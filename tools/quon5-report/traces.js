@@ -5,9 +5,9 @@
 
 const Traces = (() => {
   const COLOURS = ["#0550ae", "#c4432b", "#1a7f37", "#8250df", "#9a6700", "#0a7d8c", "#bf3989", "#57606a"];
-  const EARLIER = "#8c959f";
+  const EARLIER = "#f0883e";
   const AXIS_WIDTH = 62;
-  const PRINT_WIDTH = 690;
+  const PRINT_WIDTH = 780;  // of A4 upright; browsers shrink a little to fit
   const MAX_PANELS = 7;
   const MAX_SERIES = 6;
 
@@ -56,7 +56,7 @@ const Traces = (() => {
   const rises = (times) => times.every((time, i) => i === 0 ? !isNaN(time) : times[i - 1] < time);
 
   // Smallest and largest value of each of `columns` columns from `from` on, in the order in which
-  // they come, as [time, value] pairs; NaN for a column of missing values, nothing for an empty one.
+  // they come, as [time, value] pairs; NaN for a column without a finite value, nothing for an empty one.
   function extremes(series, from, to, columns) {
     const {times, values, shift} = series;
     const width = (to - from) / columns;
@@ -69,7 +69,7 @@ const Traces = (() => {
       let high = -1;
       for (; record < times.length && times[record] < end; ++record) {
         const value = values[record];
-        if (isNaN(value)) continue;
+        if (!isFinite(value)) continue;
         if (low < 0 || value < values[low]) low = record;
         if (high < 0 || value > values[high]) high = record;
       }
@@ -82,13 +82,13 @@ const Traces = (() => {
     return points;
   }
 
-  // The records in sight and the one beyond each end.
+  // The records in sight and the one beyond each end. An infinite value is a gap: no scale could show it.
   function records(series, from, to) {
     const {times, values, shift} = series;
     const begin = Math.max(0, firstFrom(times, from + shift) - 1);
     const end = Math.min(times.length, firstFrom(times, to + shift) + 1);
     const points = [];
-    for (let i = begin; i < end; ++i) points.push([times[i] - shift, values[i]]);
+    for (let i = begin; i < end; ++i) points.push([times[i] - shift, isFinite(values[i]) ? values[i] : NaN]);
     return points;
   }
 
@@ -175,7 +175,7 @@ const Traces = (() => {
         const right = channel.units !== firstUnits;
         colours.push(colour);
         series.colour = colour;
-        options["s" + k] = {axis: right ? "y2" : "y1", strokeWidth: series.earlier ? 2.2 : 1.1};
+        options["s" + k] = {axis: right ? "y2" : "y1", strokeWidth: series.earlier ? 3 : 1.1};
         this.head.insertBefore(this.legend(series, channel, colour, right), this.search);
       });
       const twoAxes = this.series.some((series) => channels[series.channel].units !== firstUnits);
@@ -198,7 +198,7 @@ const Traces = (() => {
       swatch.style.background = colour;
       series.valueNode = element("span", {class: "value"});
       const node = element("span", {class: "series"}, swatch,
-                           element("b", {}, channel.keyword + (series.earlier ? " (earlier)" : "")), " ",
+                           element("b", {}, channel.name + (series.earlier ? " (earlier)" : "")), " ",
                            series.valueNode, " ",
                            element("span", {class: "soft"}, channel.units + (right ? " (right)" : "")));
       if (!series.earlier) {
@@ -275,7 +275,7 @@ const Traces = (() => {
         for (const row of rows) {
           const value = row[k + 1];
           if (value === null) continue;
-          if (!isFinite(value)) {
+          if (isNaN(value)) {
             pen = "M";
             continue;
           }
@@ -305,8 +305,7 @@ const Traces = (() => {
       for (const trace of report.traces) this.traces[trace.of].set(trace.channel, {trace});
       this.byName = new Map();
       for (const channel of this.traces.now.keys()) {
-        const {keyword} = this.channels[channel];
-        if (channel > 0 && !this.byName.has(keyword)) this.byName.set(keyword, channel);
+        if (channel > 0) this.byName.set(this.channels[channel].name, channel);
       }
       this.panels = [];
       this.deskew = false;
@@ -365,6 +364,15 @@ const Traces = (() => {
       this.window = [Math.max(from, this.extent[0]), Math.min(to, this.extent[1])];
       for (const panel of this.panels) panel.draw();
       performance.measure("zoom", {start: begin, end: performance.now()});
+    }
+
+    // Shows a channel around a time: in a panel that has it, or in a new one.
+    async show(name, time) {
+      const channel = this.byName.get(name);
+      const panel = this.panels.find((one) => one.channels.includes(channel)) ?? await this.addPanel([channel]);
+      const half = (this.extent[1] - this.extent[0]) / 40;
+      if (time !== null && !this.byRecord) this.zoom(time - half, time + half);
+      panel.node.scrollIntoView({block: "center"});
     }
 
     setDeskew(on) {
