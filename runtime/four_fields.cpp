@@ -171,7 +171,36 @@ QUON5_VECTOR_FUNCTION FourFields::Outcome FourFields::read(const char* first, co
     return flaws == 0 ? READ : FLAWED;
 }
 
+QUON5_VECTOR_FUNCTION void spread_four_columns(const double* rows, int count, int num_channels,
+                                               double* columns, long stride) {
+    for (int next = 0; next < num_channels; next += 4) {
+        const int channel = std::min(next, num_channels - 4);
+        const double* row = rows + channel;
+        double* to = columns + channel * stride;
+        int record = 0;
+        for (; record + 4 <= count; record += 4, row += 4 * num_channels, to += 4) {
+            const __m256d a = _mm256_loadu_pd(row);
+            const __m256d b = _mm256_loadu_pd(row + num_channels);
+            const __m256d c = _mm256_loadu_pd(row + 2 * num_channels);
+            const __m256d d = _mm256_loadu_pd(row + 3 * num_channels);
+            const __m256d ab_even = _mm256_unpacklo_pd(a, b);
+            const __m256d ab_odd = _mm256_unpackhi_pd(a, b);
+            const __m256d cd_even = _mm256_unpacklo_pd(c, d);
+            const __m256d cd_odd = _mm256_unpackhi_pd(c, d);
+            _mm256_storeu_pd(to, _mm256_permute2f128_pd(ab_even, cd_even, 0x20));
+            _mm256_storeu_pd(to + stride, _mm256_permute2f128_pd(ab_odd, cd_odd, 0x20));
+            _mm256_storeu_pd(to + 2 * stride, _mm256_permute2f128_pd(ab_even, cd_even, 0x31));
+            _mm256_storeu_pd(to + 3 * stride, _mm256_permute2f128_pd(ab_odd, cd_odd, 0x31));
+        }
+        for (; record < count; ++record, row += num_channels, ++to) {
+            for (int lane = 0; lane < 4; ++lane) to[lane * stride] = row[lane];
+        }
+    }
+}
+
 #else
+
+void spread_four_columns(const double*, int, int, double*, long) {}
 
 FourFields::Outcome FourFields::read(const char*, const char*, double*) {
     return NOT_READ;

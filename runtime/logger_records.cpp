@@ -242,6 +242,11 @@ bool LoggerColumns::reserve(long records) {
 }
 
 void LoggerColumns::append(const double* rows, int count) {
+    if (Four_at_a_time && num_channels_ >= 4) {
+        spread_four_columns(rows, count, num_channels_, column(0) + num_records_, stride_);
+        num_records_ += count;
+        return;
+    }
     for (int channel = 0; channel < num_channels_; ++channel) {
         double* const cells = column(channel) + num_records_;
         const double* value = rows + channel;
