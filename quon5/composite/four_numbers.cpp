@@ -17,19 +17,19 @@ constexpr int kMaxDecimals = 6;  // with point and comma they are a word
 
 }  // namespace
 
-void FourColumns::set(int lane, const double* column, int places) {
+void FourColumns::set(int lane, const double* column, int digits) {
     constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6};
     values[lane] = column;
-    decimals[lane] = places;
-    scale[lane] = std::numeric_limits<double>::quiet_NaN();
-    if (places < 0 || places > kMaxDecimals) return;
-    const int point = places > 0 ? 1 : 0;
-    scale[lane] = kPowersOfTen[places];
-    cut[lane] = (std::uint64_t{1} << 8 * (kDigits - 1 - places)) - 1;
-    to_decimals[lane] = static_cast<std::uint64_t>(8 * (kDigits - places));
-    frame[lane] = std::uint64_t{','} << 8 * (places + point) | (point != 0 ? '.' : 0);
-    whole[lane] = kDigits - places;
-    length[lane] = kDigits + point + 1;
+    decimals[lane] = digits;
+    scale[lane] = 1.0;
+    limit[lane] = 0.0;
+    if (digits < 0 || digits > kMaxDecimals) return;
+    const int point = digits > 0 ? 1 : 0;
+    scale[lane] = kPowersOfTen[digits];
+    limit[lane] = point != 0 ? 99999999.0 : 9999999.0;
+    frame[lane] = std::uint64_t{','} << 8 * (digits + point) | (point != 0 ? '.' : 0);
+    places[lane] = static_cast<std::uint8_t>(8 * digits);
+    behind[lane] = static_cast<std::uint8_t>(digits + point + 1);
 }
 
 namespace {
@@ -50,6 +50,12 @@ namespace {
 
 QUON5_VECTOR_FUNCTION inline __m256i load(const void* four) {
     return _mm256_loadu_si256(static_cast<const __m256i*>(four));
+}
+
+QUON5_VECTOR_FUNCTION inline __m256i widened(const std::uint8_t* four) {
+    std::int32_t bytes = 0;
+    std::memcpy(&bytes, four, sizeof bytes);
+    return _mm256_cvtepu8_epi64(_mm_cvtsi32_si128(bytes));
 }
 
 QUON5_VECTOR_FUNCTION inline void store(std::int64_t* four, __m256i values) {
@@ -77,13 +83,12 @@ QUON5_VECTOR_FUNCTION inline __m256i digits_of(__m256i numbers) {
     const __m256i hundreds =
         _mm256_srli_epi16(_mm256_mulhi_epu16(fours, _mm256_set1_epi16(5243)), 3);  // fours / 100
     const __m256i rest =
-        _mm256_sub_epi16(fours, _mm256_mullo_epi16(hundreds, _mm256_set1_epi16(100)));
+        _mm256_sub_epi16(fours, _mm256_madd_epi16(hundreds, _mm256_set1_epi32(100)));
     const __m256i pairs = _mm256_or_si256(hundreds, _mm256_slli_epi32(rest, 16));
     const __m256i tens =
         _mm256_srli_epi16(_mm256_mullo_epi16(pairs, _mm256_set1_epi16(103)), 10);  // pairs / 10
-    // tens + (pairs - 10 * tens) * 256
-    return _mm256_add_epi16(_mm256_slli_epi16(pairs, 8),
-                            _mm256_mullo_epi16(tens, _mm256_set1_epi16(1 - 2560)));
+    const __m256i ones = _mm256_sub_epi16(pairs, _mm256_maddubs_epi16(tens, _mm256_set1_epi16(10)));
+    return _mm256_or_si256(tens, _mm256_slli_epi16(ones, 8));
 }
 
 }  // namespace
@@ -94,10 +99,8 @@ QUON5_VECTOR_FUNCTION char* write_four_columns(char* out, const FourColumns* fir
     const __m256d integer =
         _mm256_set1_pd(0x1p52);  // added, it leaves an integer in the lower bits
     const __m256d half = _mm256_set1_pd(0.5);
-    // Eight digits with their sign, if it is a minus, are a word.
-    const __m256d highest = _mm256_set1_pd(99999999.0);
-    const __m256d lowest = _mm256_set1_pd(-9999999.0);
-    const __m256i every_byte = _mm256_set1_epi8(1);
+    const __m256i cuttable = _mm256_set1_epi64x((std::int64_t{1} << 56) - 1);
+    const __m256i eight_bits = _mm256_set1_epi8(8);
     const __m256i zeros = _mm256_set1_epi8('0');
     const __m256i minus = _mm256_set1_epi64x('-');
     for (const FourColumns* columns = first; columns != end; ++columns) {
@@ -111,45 +114,45 @@ QUON5_VECTOR_FUNCTION char* write_four_columns(char* out, const FourColumns* fir
             _mm256_andnot_pd(sign_bit, _mm256_sub_pd(product, _mm256_sub_pd(shifted, integer)));
         const __m256d regular =
             _mm256_and_pd(_mm256_cmp_pd(distance, half, _CMP_LT_OQ),
-                          _mm256_and_pd(_mm256_cmp_pd(scaled, highest, _CMP_LT_OQ),
-                                        _mm256_cmp_pd(scaled, lowest, _CMP_GT_OQ)));
+                          _mm256_cmp_pd(product, _mm256_loadu_pd(columns->limit), _CMP_LT_OQ));
         if (_mm256_movemask_pd(regular) != 0xf) [[unlikely]] {
             out = write_one_by_one(out, *columns, record);
             continue;
         }
 
         const __m256i digits = digits_of(_mm256_castpd_si256(shifted));
+        const __m256i places = widened(columns->places);
+        const __m256i whole = _mm256_sub_epi64(_mm256_set1_epi64x(64), places);
         // Adding 1 carries through the leading zeros, up to the first other digit.
-        const __m256i zero_digits =
-            _mm256_and_si256(_mm256_cmpeq_epi8(digits, _mm256_setzero_si256()), load(columns->cut));
+        const __m256i zero_digits = _mm256_and_si256(
+            _mm256_cmpeq_epi8(digits, _mm256_setzero_si256()), _mm256_srlv_epi64(cuttable, places));
         const __m256i leading =
             _mm256_andnot_si256(_mm256_add_epi64(zero_digits, _mm256_set1_epi64x(1)), zero_digits);
-        const __m256i num_leading =
-            _mm256_sad_epu8(_mm256_and_si256(leading, every_byte), _mm256_setzero_si256());
+        const __m256i leading_bits =
+            _mm256_sad_epu8(_mm256_and_si256(leading, eight_bits), _mm256_setzero_si256());
         const __m256i text = _mm256_or_si256(digits, zeros);
-        const __m256i positive = _mm256_srlv_epi64(text, _mm256_slli_epi64(num_leading, 3));
+        const __m256i positive = _mm256_srlv_epi64(text, leading_bits);
         const __m256i negative = _mm256_or_si256(_mm256_slli_epi64(positive, 8), minus);
         const __m256d begin =
             _mm256_blendv_pd(_mm256_castsi256_pd(positive), _mm256_castsi256_pd(negative), value);
-        const __m256i decimals =
-            _mm256_slli_epi64(_mm256_srlv_epi64(text, load(columns->to_decimals)), 8);
+        const __m256i decimals = _mm256_slli_epi64(_mm256_srlv_epi64(text, whole), 8);
         const __m256d behind = _mm256_castsi256_pd(_mm256_or_si256(decimals, load(columns->frame)));
-        // A minus sign makes the text longer, each leading zero shorter.
-        const __m256i longer =
-            _mm256_sub_epi64(_mm256_srli_epi64(_mm256_castpd_si256(value), 63), num_leading);
+        // Before the point: all digits but decimals and leading zeros, and a minus sign.
+        const __m256i minus_signs = _mm256_srli_epi64(_mm256_castpd_si256(value), 63);
         std::int64_t points[4];
-        std::int64_t lengths[4];
-        store(points, _mm256_add_epi64(longer, load(columns->whole)));
-        store(lengths, _mm256_add_epi64(longer, load(columns->length)));
+        store(points, _mm256_add_epi64(_mm256_srli_epi64(_mm256_sub_epi64(whole, leading_bits), 3),
+                                       minus_signs));
         const __m128d begins[] = {_mm256_castpd256_pd128(begin), _mm256_extractf128_pd(begin, 1)};
         const __m128d ends[] = {_mm256_castpd256_pd128(behind), _mm256_extractf128_pd(behind, 1)};
         for (int i = 0; i < 2; ++i) {
             put_low(out, begins[i]);
-            put_low(out + points[2 * i], ends[i]);
-            out += lengths[2 * i];
+            out += points[2 * i];
+            put_low(out, ends[i]);
+            out += columns->behind[2 * i];
             put_high(out, begins[i]);
-            put_high(out + points[2 * i + 1], ends[i]);
-            out += lengths[2 * i + 1];
+            out += points[2 * i + 1];
+            put_high(out, ends[i]);
+            out += columns->behind[2 * i + 1];
         }
     }
     return out;

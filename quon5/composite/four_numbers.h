@@ -19,21 +19,17 @@
 
 // Four adjacent columns of the composite file.
 struct FourColumns {
-    const double* values[4];
+    double scale[4];         // 10^decimals
+    double limit[4];         // of the scaled values, which are below
+    std::uint64_t frame[4];  // the point before the decimals and the comma behind them
+    std::uint8_t places[4];  // bits that the decimals take
+    std::uint8_t behind[4];  // characters from the point on, with the comma
     int decimals[4];
-    double scale[4];               // 10^decimals; NaN, which makes all values irregular, above 6
-    std::uint64_t cut[4];          // the digits that are not written when they are leading zeros
-    std::uint64_t to_decimals[4];  // how far, in bits, the decimals are from the first byte
-    std::uint64_t frame[4];        // the point before the decimals and the comma behind them
-    std::int64_t whole[4];         // digits before the point
-    std::int64_t length[4];        // of the text when all eight digits are written, with the comma
+    const double* values[4];
 
     // The column `lane` has these values, with so many decimals.
     void set(int lane, const double* values, int decimals);
 };
-
-// Most room that the text of four columns takes, with what is written behind it.
-inline constexpr int FOUR_NUMBERS_SIZE = 4 * 401 + 16;
 
 // Writes the values of `record` in all columns from `first` up to `end`, each with a comma behind
 // it. Returns the end of the text; characters behind it may be overwritten. Only where
