@@ -1,7 +1,6 @@
 #include "quon5/composite/four_numbers.h"
 
 #include <cstring>
-#include <limits>
 
 #include "base/vector_unit.h"
 #include "quon5/composite/number_format.h"
@@ -12,8 +11,15 @@
 
 namespace {
 
-constexpr int kDigits = 8;
 constexpr int kMaxDecimals = 6;  // with point and comma they are a word
+
+char* write_one_by_one(char* out, const FourColumns& columns, int record) {
+    for (int lane = 0; lane < 4; ++lane) {
+        out = write_fixed(out, columns.values[lane][record], columns.decimals[lane]);
+        *out++ = ',';
+    }
+    return out;
+}
 
 }  // namespace
 
@@ -31,18 +37,6 @@ void FourColumns::set(int lane, const double* column, int digits) {
     places[lane] = static_cast<std::uint8_t>(8 * digits);
     behind[lane] = static_cast<std::uint8_t>(digits + point + 1);
 }
-
-namespace {
-
-char* write_one_by_one(char* out, const FourColumns& columns, int record) {
-    for (int lane = 0; lane < 4; ++lane) {
-        out = write_fixed(out, columns.values[lane][record], columns.decimals[lane]);
-        *out++ = ',';
-    }
-    return out;
-}
-
-}  // namespace
 
 #if QUON5_AVX2
 
@@ -96,8 +90,7 @@ QUON5_VECTOR_FUNCTION inline __m256i digits_of(__m256i numbers) {
 QUON5_VECTOR_FUNCTION char* write_four_columns(char* out, const FourColumns* first,
                                                const FourColumns* end, int record) {
     const __m256d sign_bit = _mm256_set1_pd(-0.0);
-    const __m256d integer =
-        _mm256_set1_pd(0x1p52);  // added, it leaves an integer in the lower bits
+    const __m256d integer = _mm256_set1_pd(0x1p52);  // holds one in its lower bits
     const __m256d half = _mm256_set1_pd(0.5);
     const __m256i cuttable = _mm256_set1_epi64x((std::int64_t{1} << 56) - 1);
     const __m256i eight_bits = _mm256_set1_epi8(8);

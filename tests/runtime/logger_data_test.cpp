@@ -134,7 +134,8 @@ TEST(LoggerData, ReadsRecordsAlikeOneByOneAndFourAtATime) {
                     text += odd[random() % std::size(odd)];
                 } else {
                     char value[40];
-                    snprintf(value, sizeof value, "%.*f", i % 5, (random() % 20001 - 1e4) / 16.0);
+                    snprintf(value, sizeof value, "%.*f", i % 5,
+                             (static_cast<int>(random() % 20001) - 10000) / 16.0);
                     text += value;
                 }
             }
