@@ -118,14 +118,14 @@ TEST(NumberReading, ReadsWhatStrtodReads) {
 }
 
 // All short texts of these characters, behind and before digits, in each of the four places and
-// beside texts that would complete them.
+// beside others that would complete them.
 TEST(NumberReading, FourAtATimeTakeWhatOneByOneIsTaken) {
     constexpr std::string_view kCharacters = "07-.:/ \x80";
     const auto value = [](const std::string& text) {
         const std::string behind = std::string(READ_BEFORE, '9') + text;
         return read_one(behind.data() + READ_BEFORE, behind.data() + behind.size());
     };
-    std::vector<std::string> fields = {"5.", "-1.5", ".", "1234567", "-", "12.5", "-.", "8"};
+    std::vector<std::string> fields = {"5.5", "-1.5", ".25", "1234567", "-1", "12.5", "-.5", "8"};
     int place = 0;
     for (int code = 0; code < 8 * 8 * 8 * 8; ++code) {
         std::string text;
