@@ -65,4 +65,12 @@ inline bool read_short_decimal(const char* first, const char* end, double& value
 // it are allowed. Anything else gives false, and `value` is then NaN.
 bool read_logged_value(std::string_view field, double& value);
 
+// The text of the field [first, end), where `end` is a comma or newline: without the carriage
+// return before a newline.
+inline std::string_view field_text(const char* first, const char* end) {
+    std::string_view field(first, static_cast<std::size_t>(end - first));
+    if (*end == '\n' && !field.empty() && field.back() == '\r') field.remove_suffix(1);
+    return field;
+}
+
 #endif

@@ -14,6 +14,8 @@
 #include <vector>
 
 #include "base/number_reading.h"
+#include "base/vector_unit.h"
+#include "runtime/four_fields.h"
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -26,6 +28,8 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 // The bytes of a block, one bit each: set where a field ends. `block` is readable for kBlock bytes.
 constexpr int kBlock = 64;
 static_assert(LineBlocks::kBehind >= kBlock && LineBlocks::kBefore >= READ_BEFORE);
+static_assert(LineBlocks::kBehind >= FourFields::kBehind &&
+              LineBlocks::kBefore >= FourFields::kBefore);
 
 std::uint64_t field_ends(const char* block) {
     std::uint64_t ends = 0;
@@ -49,7 +53,7 @@ std::uint64_t field_ends(const char* block) {
 // Goes through a text field by field. It looks up to kBlock bytes beyond the field.
 class FieldScan {
  public:
-    explicit FieldScan(const char* text) : next_(text), block_(text), ends_(field_ends(text)) {}
+    explicit FieldScan(const char* text) : next_(text), block_end_(text) {}
 
     // Where the next field begins.
     const char* next() const { return next_; }
@@ -57,10 +61,10 @@ class FieldScan {
     // Takes the next field: returns the comma or newline that ends it.
     const char* take() {
         while (ends_ == 0) {
-            block_ += kBlock;
-            ends_ = field_ends(block_);
+            ends_ = field_ends(block_end_);
+            block_end_ += kBlock;
         }
-        const char* const end = block_ + std::countr_zero(ends_);
+        const char* const end = block_end_ - kBlock + std::countr_zero(ends_);
         ends_ &= ends_ - 1;
         next_ = end + 1;
         return end;
@@ -68,27 +72,15 @@ class FieldScan {
 
  private:
     const char* next_;
-    const char* block_;
-    std::uint64_t ends_;  // of the block, from next_ on
+    const char* block_end_;
+    std::uint64_t ends_ = 0;  // of the block, from next_ on
 };
-
-// A field without the carriage return before a newline.
-std::string_view field_text(const char* first, const char* end) {
-    std::string_view field(first, static_cast<std::size_t>(end - first));
-    if (*end == '\n' && !field.empty() && field.back() == '\r') field.remove_suffix(1);
-    return field;
-}
 
 bool is_blank(std::string_view field) {
     return field.find_first_not_of(' ') == std::string_view::npos;
 }
 
 enum class Line { blank, record, flawed_record };
-
-// Reads a field that is no short decimal number; false when it is no value.
-[[gnu::noinline]] bool read_other_value(const char* first, const char* end, double& value) {
-    return read_logged_value(field_text(first, end), value);
-}
 
 // Reads the next line, a record into `row`. Missing and invalid values are NaN.
 Line read_line(FieldScan& line_scan, double* row, int num_channels) {
@@ -103,7 +95,8 @@ Line read_line(FieldScan& line_scan, double* row, int num_channels) {
         return Line::blank;
     }
     for (;;) {
-        if (!read_short_decimal(first, end, *value) && !read_other_value(first, end, *value)) {
+        if (!read_short_decimal(first, end, *value) &&
+            !read_logged_value(field_text(first, end), *value)) {
             ++flaws;
         }
         ++value;
@@ -134,6 +127,7 @@ class RecordReader {
           num_channels_(num_channels),
           tile_records_(static_cast<int>(std::clamp(kTileValues / num_channels, 8L, 64L))),
           columns_(columns),
+          four_fields_(num_channels),
           tile_(static_cast<std::size_t>(tile_records_) * static_cast<std::size_t>(num_channels)) {}
 
     RecordFlaws read() {
@@ -160,10 +154,21 @@ class RecordReader {
     void read_one(FieldScan& scan) {
         double* row =
             &tile_[static_cast<std::size_t>(in_tile_) * static_cast<std::size_t>(num_channels_)];
-        const Line line = read_line(scan, row, num_channels_);
+        const Line line =
+            Four_at_a_time ? read_vectors(scan, row) : read_line(scan, row, num_channels_);
         if (line == Line::blank) return;
         if (line == Line::flawed_record && flaws_.num_flawed++ == 0) flaws_.first_line = line_;
         ++in_tile_;
+    }
+
+    // Reads the next line four fields at a time, unless it has too few or too many.
+    Line read_vectors(FieldScan& scan, double* row) {
+        const char* const first = scan.next();
+        const auto* const newline = static_cast<const char*>(rawmemchr(first, '\n'));
+        const FourFields::Outcome outcome = four_fields_.read(first, newline, row);
+        if (outcome == FourFields::NOT_READ) return read_line(scan, row, num_channels_);
+        scan = FieldScan(newline + 1);
+        return outcome == FourFields::READ ? Line::record : Line::flawed_record;
     }
 
     void flush() {
@@ -194,6 +199,7 @@ class RecordReader {
     int num_channels_;
     int tile_records_;
     LoggerColumns& columns_;
+    FourFields four_fields_;
     std::vector<double> tile_;  // [record][channel]
     int in_tile_ = 0;
     RecordFlaws flaws_;
@@ -236,6 +242,11 @@ bool LoggerColumns::reserve(long records) {
 }
 
 void LoggerColumns::append(const double* rows, int count) {
+    if (Four_at_a_time && num_channels_ >= 4) {
+        spread_four_columns(rows, count, num_channels_, column(0) + num_records_, stride_);
+        num_records_ += count;
+        return;
+    }
     for (int channel = 0; channel < num_channels_; ++channel) {
         double* const cells = column(channel) + num_records_;
         const double* value = rows + channel;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "inc/logger_channels.h"
+#include "quon5/composite/four_numbers.h"
 
 class CompositeRows {
  public:
@@ -24,11 +25,13 @@ class CompositeRows {
         const double* values;
         int decimals;
     };
+    void make_fours();
     char* write_row(char* out, int record) const;
 
     FILE* file_;
     double time_offset_;
-    std::vector<Column> columns_;  // the time column first
+    std::vector<Column> columns_;     // the time column first
+    std::vector<FourColumns> fours_;  // the columns behind it, as many as make fours
 };
 
 #endif

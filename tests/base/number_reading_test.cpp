@@ -2,12 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "base/numbers.h"
+#include "base/vector_unit.h"
+#include "runtime/four_fields.h"
 #include "tests/random_numbers.h"
 
 namespace {
@@ -44,26 +51,97 @@ int sample(std::uint64_t r, std::uint64_t bits, char (&text)[400]) {
     }
 }
 
+double read_one(const char* first, const char* end) {
+    double value = 0.0;
+    if (!read_short_decimal(first, end, value)) {
+        read_logged_value({first, static_cast<std::size_t>(end - first)}, value);
+    }
+    return value;
+}
+
+std::uint64_t bits_of(double value) {
+    return std::bit_cast<std::uint64_t>(printable(value));
+}
+
+// Reads the fields of a record one by one, and four at a time where the processor can. Each must be
+// worth what `expected` says.
+template <class Expected>
+bool read_both_ways(const std::vector<std::string>& fields, Expected expected) {
+    std::string text(FourFields::kBefore, '.');
+    for (const std::string& field : fields) text += field + ',';
+    text.back() = '\n';
+    text.append(FourFields::kBehind, ',');
+    const char* const first = text.data() + FourFields::kBefore;
+    const char* const newline = text.data() + text.find('\n');
+    std::vector<double> values(fields.size());
+    bool same = true;
+    const auto compare = [&](const char* way) {
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            if (bits_of(values[i]) == bits_of(expected(fields[i]))) continue;
+            ADD_FAILURE() << way << ": <" << fields[i] << "> read as " << std::hexfloat << values[i]
+                          << ", not " << expected(fields[i]);
+            same = false;
+        }
+    };
+    const char* begin = first;
+    for (std::size_t i = 0; i < fields.size(); begin += fields[i++].size() + 1) {
+        values[i] = read_one(begin, begin + fields[i].size());
+    }
+    compare("one by one");
+    if (!Four_at_a_time) return same;
+    std::fill(values.begin(), values.end(), -7.0);
+    FourFields four_fields(static_cast<int>(fields.size()));
+    EXPECT_NE(four_fields.read(first, newline, values.data()), FourFields::NOT_READ);
+    compare("four at a time");
+    return same;
+}
+
 }  // namespace
 
 TEST(NumberReading, ReadsWhatStrtodReads) {
     RandomBits random;
-    int wrong = 0;
-    for (long i = 0; i < num_samples() && wrong < 10; ++i) {
-        char room[READ_BEFORE + 400] = "7654.32,";
-        char text[400];
-        const std::uint64_t r = random();
-        const int length = sample(r, random(), text);
-        char* const first = static_cast<char*>(std::memcpy(room + READ_BEFORE, text, sizeof text));
-        double value = 0.0;
-        if (!read_short_decimal(first, first + length, value)) {
-            ASSERT_TRUE(read_logged_value({first, static_cast<std::size_t>(length)}, value))
-                << text;
+    const auto value = [](const std::string& text) { return std::strtod(text.c_str(), nullptr); };
+    std::vector<std::string> fields;
+    bool same = true;
+    for (long i = 0; i < num_samples() && same; i += static_cast<long>(fields.size())) {
+        const std::uint64_t kind = random();
+        fields.resize(4 + kind % 5);
+        for (std::string& field : fields) {
+            char text[400];
+            const std::uint64_t bits = random();
+            const bool of_a_kind = (kind >> 40) % 4 != 0;
+            field.assign(text, static_cast<std::size_t>(sample(
+                                   of_a_kind ? kind ^ (bits & 0x30700) : random(), bits, text)));
         }
-        const double expected = std::strtod(text, nullptr);
-        if (std::memcmp(&value, &expected, sizeof value) == 0) continue;
-        ++wrong;
-        ADD_FAILURE() << text << " read as " << std::hexfloat << value << ", not " << expected;
+        same = read_both_ways(fields, value);
+    }
+}
+
+// All short texts of these characters, behind and before digits, in each of the four places and
+// beside others that would complete them.
+TEST(NumberReading, FourAtATimeTakeWhatOneByOneIsTaken) {
+    constexpr std::string_view kCharacters = "07-.:/ \x80";
+    const auto value = [](const std::string& text) {
+        const std::string behind = std::string(READ_BEFORE, '9') + text;
+        return read_one(behind.data() + READ_BEFORE, behind.data() + behind.size());
+    };
+    std::vector<std::string> fields = {"5.5", "-1.5", ".25", "1234567", "-1", "12.5", "-.5", "8"};
+    int place = 0;
+    for (int code = 0; code < 8 * 8 * 8 * 8; ++code) {
+        std::string text;
+        for (int rest = code; rest != 0; rest /= 8) {
+            text += kCharacters[static_cast<std::size_t>(rest % 8)];
+        }
+        for (std::size_t digits = 0; digits < 9; ++digits) {
+            for (const std::string& field : {text + std::string("123456789", digits),
+                                             std::string("123456789", digits) + text}) {
+                place = (place + 1) % 8;
+                const std::string kept =
+                    std::exchange(fields[static_cast<std::size_t>(place)], field);
+                ASSERT_TRUE(read_both_ways(fields, value));
+                fields[static_cast<std::size_t>(place)] = kept;
+            }
+        }
     }
 }
 

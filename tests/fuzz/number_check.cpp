@@ -13,6 +13,8 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "base/vector_unit.h"
+#include "quon5/composite/four_numbers.h"
 #include "quon5/composite/number_format.h"
 #include "runtime/logger_records.h"
 #include "tests/fuzz/memory_files.h"
@@ -39,37 +41,70 @@ void expect_same_value(double read, double expected) {
     if (bits(read) != bits(expected)) abort();
 }
 
-void expect_same_text(double value, int decimals) {
-    std::array<char, NUMBER_SIZE + 1> expected{};
-    std::array<char, NUMBER_SIZE> text{};
-    const int length =
-        snprintf(expected.data(), expected.size(), "%.*f", decimals, printable(value));
-    const char* const end = write_fixed(text.data(), value, decimals);
-    const std::string_view written(text.data(), static_cast<std::size_t>(end - text.data()));
-    if (written != std::string_view(expected.data(), static_cast<std::size_t>(length))) abort();
+void expect_same_text(const std::array<double, 4>& values, int decimals) {
+    std::string expected;
+    std::string text;
+    FourColumns columns;
+    for (std::size_t lane = 0; lane < 4; ++lane) {
+        std::array<char, NUMBER_SIZE + 1> number{};
+        snprintf(number.data(), number.size(), "%.*f", decimals, printable(values[lane]));
+        expected.append(number.data()).append(",");
+        text.append(number.data(), write_fixed(number.data(), values[lane], decimals)).append(",");
+        columns.set(static_cast<int>(lane), &values[lane], decimals);
+    }
+    if (text != expected) abort();
+    if (!Four_at_a_time) return;
+    std::array<char, 4 * (NUMBER_SIZE + 1) + 16> four{};
+    const char* const end = write_four_columns(four.data(), &columns, &columns + 1, 0);
+    if (std::string_view(four.data(), static_cast<std::size_t>(end - four.data())) != expected) {
+        abort();
+    }
+}
+
+// Reads the records of `text`, and compares each value with that of its field.
+void expect_same_records(const std::string& text, int num_channels) {
+    Memory_files["records"] = "@LOGGED_RECORDS\n" + text;
+    LineBlocks file("records");
+    LoggerColumns columns(num_channels);
+    read_records(file, num_channels, columns);
+    int record = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find('\n', at), text.size());
+        std::string_view line(text.data() + at, end - at);
+        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        at = end + 1;
+        if (trimmed(line).empty()) continue;
+        for (int channel = 0; channel < num_channels; ++channel) {
+            const std::string_view field = line.substr(0, line.find(','));
+            line.remove_prefix(std::min(field.size() + 1, line.size()));
+            expect_same_value(columns.column(channel)[record], value_of(field));
+        }
+        ++record;
+    }
+    if (record != columns.num_records()) abort();
+    for (int i = 0; i + 4 <= record; ++i) {
+        std::array<double, 4> values{};
+        std::copy_n(columns.column(0) + i, 4, values.begin());
+        expect_same_text(values, i % 16);
+    }
 }
 
 }  // namespace
 
-// The input is the records of a log with one channel; its bytes also are a number to be printed.
+// The input is the records of a log with one channel, and one with five whose fields are the lines;
+// its bytes also are a number to be printed.
 void run_numbers(std::string_view input) {
-    LoggerColumns columns(1);
-    Memory_files["records"].assign("@LOGGED_RECORDS\n").append(input);
-    LineBlocks file("records");
-    read_records(file, 1, columns);
-    int record = 0;
-    for (std::size_t at = 0; at < input.size();) {
-        const std::size_t end = std::min(input.find('\n', at), input.size());
-        std::string_view line = input.substr(at, end - at);
-        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        at = end + 1;
-        if (trimmed(line).empty()) continue;
-        const double value = columns.column(0)[record++];
-        expect_same_value(value, value_of(line.substr(0, line.find(','))));
-        expect_same_text(value, static_cast<int>(end % 16));
+    std::string fields(input);
+    for (int line = 0; char& c : fields) {
+        if (c == '\n' && ++line % 5 != 0) c = ',';
     }
-    if (record != columns.num_records()) abort();
-    double bits = 0.0;
-    std::memcpy(&bits, input.data(), std::min(input.size(), sizeof bits));
+    const bool available = Four_at_a_time;
+    for (const bool four_at_a_time : {false, available}) {
+        Four_at_a_time = four_at_a_time;
+        expect_same_records(std::string(input), 1);
+        expect_same_records(fields, 5);
+    }
+    std::array<double, 4> bits{};
+    std::memcpy(bits.data(), input.data(), std::min(input.size(), sizeof bits));
     expect_same_text(bits, static_cast<int>(input.size() % 16));
 }

@@ -12,6 +12,8 @@
 #include <vector>
 
 #include "base/open_file.h"
+#include "base/vector_unit.h"
+#include "runtime/logger_records.h"
 #include "tests/runtime/temporary_file.h"
 
 using tests::fields;
@@ -93,6 +95,58 @@ TEST(LoggerData, ReportsDamagedRecordsOnce) {
                   records[i]);
     get_logr_data_mem(chans, 3, chans, nullptr, nullptr);
     EXPECT_EQ(log.text(), damage(5, 8, file, 9));
+}
+
+namespace {
+
+// What read_records makes of a log: the bits of all values, and what was wrong.
+std::string read_log(const TEMPORARY_FILE& log, int num_channels, bool four_at_a_time) {
+    const bool available = std::exchange(Four_at_a_time, four_at_a_time && Four_at_a_time);
+    LineBlocks file(log.path());
+    LoggerColumns columns(num_channels);
+    const RecordFlaws flaws = read_records(file, num_channels, columns);
+    Four_at_a_time = available;
+    std::string text = fields(columns.num_records(), flaws.num_flawed, flaws.first_line);
+    for (int channel = 0; channel < num_channels && columns.num_records() > 0; ++channel) {
+        text.append(reinterpret_cast<const char*>(columns.column(channel)),
+                    sizeof(double) * static_cast<std::size_t>(columns.num_records() + 1));
+    }
+    return text;
+}
+
+}  // namespace
+
+// Blocks of lines, tiles of records and the last columns end in the middle of everything.
+TEST(LoggerData, ReadsRecordsAlikeOneByOneAndFourAtATime) {
+    const std::string odd[] = {"",   " 7 ",   "1e3",      "nan",    "+1",
+                               "x",  "1.2.3", "-",        "\r",     "5.",
+                               ".5", "-0",    "12345678", "-7.125", std::string(3000, '1')};
+    std::mt19937 random(3);
+    for (const int num_channels : {1, 3, 4, 5, 8, 61, 127, 500}) {
+        std::string text = "@LOGGED_RECORDS\n";
+        while (text.size() < 400000) {
+            const unsigned kind = random() % 16;
+            const int surplus = kind == 0 ? static_cast<int>(random() % 99) - 4 : 0;
+            if (kind == 1) text += random() % 2 != 0 ? "\n" : " \r\n";
+            for (int i = 0; i < std::max(num_channels + surplus, 1); ++i) {
+                if (i > 0) text += ',';
+                if (random() % (kind < 4 ? 5 : 5000) == 0) {
+                    text += odd[random() % std::size(odd)];
+                } else {
+                    char value[40];
+                    snprintf(value, sizeof value, "%.*f", i % 5,
+                             (static_cast<int>(random() % 20001) - 10000) / 16.0);
+                    text += value;
+                }
+            }
+            text += kind == 2 ? "\r\n" : "\n";
+        }
+        for (const char* end : {"", "1,2", "\r"}) {
+            const TEMPORARY_FILE log(text + end);
+            EXPECT_TRUE(read_log(log, num_channels, true) == read_log(log, num_channels, false))
+                << num_channels << " channels, " << end;
+        }
+    }
 }
 
 TEST(LoggerData, ReadsALastLineWithoutNewlineAsOneWithIt) {
