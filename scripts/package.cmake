@@ -15,7 +15,7 @@ set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
 file(GLOB documents CONFIGURE_DEPENDS docs/*.md)
 install(TARGETS quon5 csv2logr)
 if(QUON5_COMPANIONS)
-    install(TARGETS quon5-report quon5-compare)
+    install(TARGETS quon5-report quon5-compare quon5-check)
     install(FILES docs/report.schema.json docs/report.png docs/report_traces.png
         DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 endif()
@@ -46,7 +46,7 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 specification and the files of the analyser bench, the FTIR analysers and the
 particulate cart, and writes the result file, the filter data file and the
 composite end-of-test file. csv2logr makes a logger data file from a CSV file,
-quon5-report a page of the results, and quon5-compare tells what differs
-between two results.")
+quon5-check says what is wrong with the files of a test, quon5-report makes a
+page of the results, and quon5-compare tells what differs between two results.")
 set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_SOURCE_DIR}/scripts/package_time.cmake)
 include(CPack)

@@ -2,7 +2,7 @@
 set(manual_pages)
 set(pages quon5.1 csv2logr.1 quon5-files.5)
 if(QUON5_COMPANIONS)
-    list(APPEND pages quon5-report.1 quon5-compare.1)
+    list(APPEND pages quon5-report.1 quon5-compare.1 quon5-check.1)
 endif()
 foreach(page ${pages})
     set(program)
@@ -26,3 +26,7 @@ add_executable(messages_page ${CMAKE_SOURCE_DIR}/docs/pages/messages_page.cpp)
 target_link_libraries(messages_page PRIVATE quon5_base)
 add_custom_target(pages
     COMMAND $<TARGET_FILE:messages_page> > ${CMAKE_SOURCE_DIR}/docs/messages.md VERBATIM)
+if(QUON5_COMPANIONS)
+    add_custom_command(TARGET pages POST_BUILD
+        COMMAND $<TARGET_FILE:quon5-check> --list > ${CMAKE_SOURCE_DIR}/docs/checks.md VERBATIM)
+endif()
