@@ -1,6 +1,6 @@
 # Each manual page is made from its template, the version, and the arguments in the program's help.
 set(manual_pages)
-set(pages quon5.1 csv2logr.1 quon5-files.5)
+set(pages quon5.1 csv2logr.1 quon5-files.5 quon5-keywords.5)
 if(QUON5_COMPANIONS)
     list(APPEND pages quon5-report.1 quon5-compare.1 quon5-check.1)
 endif()
@@ -9,13 +9,18 @@ foreach(page ${pages})
     if(page MATCHES "^(.*)\\.1$")
         set(program ${CMAKE_MATCH_1})
     endif()
+    set(body)
+    if(page STREQUAL quon5-keywords.5)
+        set(body keywords_page)
+    endif()
     set(template ${CMAKE_SOURCE_DIR}/docs/manual/${page}.in)
     set(script ${CMAKE_SOURCE_DIR}/docs/manual/make_page.cmake)
     add_custom_command(OUTPUT ${CMAKE_BINARY_DIR}/${page}
         COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<$<BOOL:${program}>:$<TARGET_FILE:${program}>>
+            -DBODY=$<$<BOOL:${body}>:$<TARGET_FILE:${body}>>
             -DVERSION=${PROJECT_VERSION} -DTEMPLATE=${template} -DPAGE=${CMAKE_BINARY_DIR}/${page}
             -P ${script}
-        DEPENDS ${template} ${script} ${program} VERBATIM)
+        DEPENDS ${template} ${script} ${program} ${body} VERBATIM)
     list(APPEND manual_pages ${CMAKE_BINARY_DIR}/${page})
 endforeach()
 add_custom_target(manual_pages ALL DEPENDS ${manual_pages})
@@ -24,8 +29,11 @@ add_custom_target(manual_pages ALL DEPENDS ${manual_pages})
 # and a test compares them.
 add_executable(messages_page ${CMAKE_SOURCE_DIR}/docs/pages/messages_page.cpp)
 target_link_libraries(messages_page PRIVATE quon5_base)
+add_executable(keywords_page ${CMAKE_SOURCE_DIR}/docs/pages/keywords_page.cpp)
+target_link_libraries(keywords_page PRIVATE quon5_reference)
 add_custom_target(pages
-    COMMAND $<TARGET_FILE:messages_page> > ${CMAKE_SOURCE_DIR}/docs/messages.md VERBATIM)
+    COMMAND $<TARGET_FILE:messages_page> > ${CMAKE_SOURCE_DIR}/docs/messages.md
+    COMMAND $<TARGET_FILE:keywords_page> > ${CMAKE_SOURCE_DIR}/docs/keywords.md VERBATIM)
 if(QUON5_COMPANIONS)
     add_custom_command(TARGET pages POST_BUILD
         COMMAND $<TARGET_FILE:quon5-check> --list > ${CMAKE_SOURCE_DIR}/docs/checks.md VERBATIM)
