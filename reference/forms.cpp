@@ -49,7 +49,7 @@ constexpr struct {
     const char* limits;
     const char* lines = nullptr;
 } kBenchForms[] = {
-    {DESKEW_TIMES, "tag value [time_units]", "deskew times",
+    {DESKEW_TIMES, "tag value time_units", "deskew times",
      "Writes them to the composite file, below the channel of the species.", "DESKEW_TIME"},
     {CONT_CHAN_DET_METHOD, "tag text", "detection methods",
      "Writes them, followed by those of the FTIR file.", nullptr},
@@ -205,7 +205,7 @@ constexpr FormRow kForms[] = {
      "Writes them behind the emission configuration.", nullptr, "keyword value [pam_keyword]"},
     {IN_CELL, "@FLUID_STREAM", "text...", "fluid streams", "Reads them; they are not written.",
      nullptr, "name ..."},
-    {IN_CART, "@DESKEW_TIMES", "tag value [time_units]", "deskew times",
+    {IN_CART, "@DESKEW_TIMES", "tag value time_units", "deskew times",
      "Writes them to the composite file, below the channel of the species.", "DESKEW_TIME"},
     {IN_CART, "@PROP_SMPL_VALIDATION", "sample train text", "proportional sample",
      "Writes the last line behind those of the bench.", nullptr, "sample train keyword"},
@@ -221,7 +221,7 @@ constexpr FormRow kForms[] = {
     {IN_CART, "@BPS_INFO", "item text", "particulate system",
      "Writes the system when PMF_ID is given.", nullptr,
      "PMF_ID|PMS_ID|PMS_CONF|PMS_SAMPLE_LOC text"},
-    {IN_FTIR, "@DESKEW_TIMES", "channel value [time_units]", "deskew times",
+    {IN_FTIR, "@DESKEW_TIMES", "channel value time_units", "deskew times",
      "Writes them to the composite file, below their channel.", "DESKEW_TIME"},
     {IN_FTIR, "@CONT_CHAN_DET_METHOD", "channel text [text...]", "method and recipe",
      "Writes them behind those of the bench.", nullptr, "channel method recipe ..."},

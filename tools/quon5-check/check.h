@@ -63,8 +63,13 @@ struct Test {
 
     // Whether there is such a file: no cart and an FTIR file of the default name need not be there.
     bool expects(INPUT input) const;
-    // Whether the specification names nearly all logged channels, but one to three.
-    bool lacks_a_few_channels() const;
+    // Logged channels that the specification does not name.
+    int num_unspecified() const;
+    // Whether it names nearly all of them, but one to three.
+    bool lacks_a_few_channels() const {
+        return num_unspecified() >= 1 && num_unspecified() <= kFewChannels;
+    }
+    static constexpr int kFewChannels = 3;
     // The place of an argument: its line in the stored call, or the file that it names.
     Place place_of_argument(const std::string& name) const;
     // A line of a file; the end of a file, for what is missing there.

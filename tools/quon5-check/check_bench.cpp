@@ -108,6 +108,27 @@ void check_complete(Test& test, const Stage& stage) {
     }
 }
 
+// Two sections that belong together, where both are there and one of them lacks a species or two.
+void check_pair(Test& test, const std::string& first, const std::string& second) {
+    constexpr std::size_t kFew = 2;
+    const SourceSection* const sections[] = {bench_section(test, first),
+                                             bench_section(test, second)};
+    if (sections[0] == nullptr || sections[1] == nullptr) return;
+    for (const int which : {0, 1}) {
+        std::vector<std::string> missing;
+        for (const SourceLine& line : sections[1 - which]->lines) {
+            if (!names_first(sections[which], line.word(0))) missing.push_back(line.word(0));
+        }
+        if (missing.size() > kFew || sections[which]->lines.size() <= missing.size()) continue;
+        for (const std::string& tag : missing) {
+            test.findings.add(Check::incomplete_readings,
+                              test.at(IN_BENCH, sections[which]->heading),
+                              "section " + sections[which]->keyword() + " has no entry of " + tag +
+                                  ", which " + sections[1 - which]->keyword() + " has");
+        }
+    }
+}
+
 // Species that head a column of the composite file.
 std::map<std::string, const SourceLine*> species_columns(const Test& test) {
     std::map<std::string, const SourceLine*> columns;
@@ -173,7 +194,15 @@ void check_leak_tests(Test& test, INPUT input, const char* keyword) {
     constexpr double kLargeLeak = 0.2;  // of the flow
     const SourceSection* const section = test.files[input].section(keyword);
     if (section == nullptr) return;
+    std::map<std::string, int> trains;
     for (const SourceLine& line : section->lines) {
+        const auto [first, is_new] = trains.emplace(line.word(0) + " " + line.word(1), line.number);
+        if (!is_new) {
+            test.findings.add(Check::repeated_entry, test.at(input, line),
+                              "the leak test of train " + first->first +
+                                  " is given twice, first in line " +
+                                  std::to_string(first->second));
+        }
         double flow = 0;
         double leak = 0;
         if (!is_number(line.word(2), flow) || !is_number(line.word(4), leak) ||
@@ -217,8 +246,16 @@ void check_options(Test& test, INPUT input) {
     std::set<std::string> words = groups;
     words.insert(species.begin(), species.end());
     std::string group;
+    std::map<std::string, int> given;
     for (const SourceLine& line : section->lines) {
         const std::string& word = line.word(0);
+        const std::string option = groups.count(word) != 0 ? word : group + " " + word;
+        const auto [first, is_new] = given.emplace(option, line.number);
+        if (!is_new) {
+            test.findings.add(Check::repeated_entry, test.at(input, line),
+                              "option " + option + " is given twice, first in line " +
+                                  std::to_string(first->second));
+        }
         if (groups.count(word) != 0) {
             group = word;
         } else if (species.count(word) == 0 || group.empty()) {
@@ -257,7 +294,14 @@ void check_bench(Test& test) {
         const Stage stage(test, IN_BENCH, name);
         check_readings(test, stage);
         check_complete(test, stage);
+        for (const char* section :
+             {"_DET_METHOD", "_LDL_VAL", "_TIME_CONST", "_CONC", "_CONT_CONC", "_SEC_DIL_RATIO"}) {
+            check_coverage(test, stage, stage.name + section);
+        }
+        check_pair(test, stage.name + "_DRYER_PRESS", stage.name + "_DRYER_TEMP");
     }
+    check_pair(test, "@BACKGND_BAG_DET_METHOD", "@BACKGND_BAG_CONC");
+    check_pair(test, "@BACKGND_BAG_DRYER_PRESS", "@BACKGND_BAG_DRYER_TEMP");
     check_concentrations(test, Stage(test, IN_BENCH, "@SAMPL_BAG"), "@SAMPL_BAG_CONC");
     check_concentrations(test, Stage(test, IN_BENCH, "@BACKGND"), "@BACKGND_CONT_CONC");
     check_concentrations(test, Stage(test, IN_BENCH, "@BACKGND"), "@BACKGND_BAG_CONC");

@@ -131,4 +131,6 @@ void check_ftir(Test& test) {
     const Stage stage(test, IN_FTIR, "@CONT_CHAN");
     check_readings(test, stage);
     check_complete(test, stage);
+    check_coverage(test, stage, "@DESKEW_TIMES");
+    check_coverage(test, stage, "@CONT_CHAN_DET_METHOD");
 }

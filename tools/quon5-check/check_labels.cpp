@@ -183,6 +183,27 @@ void check_cycle_code(Test& test) {
     }
 }
 
+// Names of cycles of variable length that the specification nearly has.
+void check_reference_names(Test& test) {
+    const SourceSection* const section =
+        test.files[IN_ORDA].section("@TR_EM_VARIABLE_LENGTH_REF_CYCLE_NAMES");
+    if (section == nullptr) return;
+    std::set<std::string> names;
+    for (const SourceSection& cycle : test.files[IN_SPECIFICATION].sections) {
+        for (const SourceLine& key : cycle.lines) {
+            if (key.word(0) == "REFERENCE_CYCLE_NAME") names.insert(key.word(1));
+        }
+    }
+    for (const SourceLine& line : section->lines) {
+        const std::string name(trimmed(line.text));
+        if (names.count(name) != 0) continue;
+        const std::string meant = suggestion(name, names);
+        if (meant.empty()) continue;
+        test.findings.add(Check::unknown_name, Severity::WARNING, test.at(IN_ORDA, line),
+                          "reference cycle " + shown(name) + " is that of no cycle" + meant, name);
+    }
+}
+
 void check_bounds(Test& test) {
     const SourceSection* const section = test.files[IN_CELL].section("@FLUID_STREAM_BOUNDS");
     if (section == nullptr) return;
@@ -205,5 +226,6 @@ void check_labels(Test& test) {
     check_fuel_label(test);
     check_names(test);
     check_cycle_code(test);
+    check_reference_names(test);
     check_bounds(test);
 }

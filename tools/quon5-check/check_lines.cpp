@@ -78,6 +78,9 @@ class LineChecker {
             case WordKind::SPECIES:
                 check_species(line, word);
                 return true;
+            case WordKind::KEYWORD:
+                check_keyword(line, word);
+                return true;
             default:
                 if (form.name == "item") check_item(line, word);
                 return true;
@@ -149,6 +152,21 @@ class LineChecker {
                    suggestion(word, test_.species.tags));
     }
 
+    // A keyword that nothing knows but nearly. The specification and the mapping have checks of
+    // their own.
+    void check_keyword(const SourceLine& line, const std::string& word) {
+        if (input_ == IN_SPECIFICATION || form_.keyword == "@SPECIES_TAG_TO_KEYWORD_MAPPING")
+            return;
+        std::set<std::string> known = test_.memory;
+        known.insert(test_.specified.keywords.begin(), test_.specified.keywords.end());
+        // A test that leaves channels out may leave out this one.
+        if (known.count(word) != 0 || test_.num_unspecified() > Test::kFewChannels) return;
+        const std::string meant = suggestion(word, known);
+        if (meant.empty()) return;
+        report(Check::unknown_keyword, line,
+               "keyword " + shown(word) + " is that of no channel" + meant);
+    }
+
     void check_item(const SourceLine& line, const std::string& word) {
         std::vector<std::string> items;
         for (const ITEM_NAME& item : Item_names) {
@@ -190,7 +208,8 @@ class LineChecker {
     void check_repeated(const SourceLine& line) {
         const WordKind kind = form_.words.empty() ? WordKind::TEXT : form_.words[0].kind;
         const bool item = !form_.words.empty() && form_.words[0].name == "item";
-        if (kind != WordKind::TAG && kind != WordKind::CHANNEL && !item) return;
+        const bool memory = input_ == IN_MEMORY;
+        if (kind != WordKind::TAG && kind != WordKind::CHANNEL && !item && !memory) return;
         const auto [known, is_new] = entries_.emplace(line.word(0), line.number);
         if (is_new) return;
         report(Check::repeated_entry, line,

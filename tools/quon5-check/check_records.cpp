@@ -8,6 +8,7 @@
 #include "base/number_reading.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "quon5/data_section/integ_aver.h"
 #include "quon5/process_records.h"
 #include "quon5/timing/logged_channels.h"
 #include "runtime/line_blocks.h"
@@ -45,6 +46,7 @@ class RecordChecker {
         check_phases();
         check_cycle_length();
         check_system_time();
+        check_stream_bounds();
         for (short i = 0; i < Num_chans_logged; ++i) check_channel(All_chans[i]);
     }
 
@@ -190,6 +192,7 @@ class RecordChecker {
         bool column = false;   // a species or FTIR channel
         bool counter = false;  // it must not fall
         const char* limits = nullptr;
+        bool any() const { return row || column || counter; }
     };
     Use use_of(const char* label) const {
         struct LabelUse {
@@ -226,6 +229,7 @@ class RecordChecker {
         if (channel.num_samples != num_records_) return;
         check_decimals(channel);
         const Use use = use_of(channel.chan_name);
+        if (!use.any()) return check_for_values(channel);
         int missing = 0;
         bool zero = true;
         double low = INFINITY;
@@ -251,10 +255,18 @@ class RecordChecker {
         if (use.column) check_analyser(channel, high);
     }
 
+    // A channel that no result stands on must have some value.
+    void check_for_values(const FLOGER_DATA_INFO& channel) {
+        const double* const first = channel.data_ptr + first_;
+        const double* const end = channel.data_ptr + end_;
+        const bool none = std::all_of(first, end, [](double value) { return std::isnan(value); });
+        const auto count = static_cast<int>(end - first);
+        if (none && count > 0) report_missing(channel, count, count, {});
+    }
+
     void report_missing(const FLOGER_DATA_INFO& channel, int missing, int count, const Use& use) {
         const Severity severity = use.row || missing == count ? Severity::ERROR : Severity::WARNING;
-        const bool of_results = use.row || use.column || use.counter ||
-                                test_.specified.labels.count(channel.chan_name) != 0;
+        const bool of_results = use.any() || test_.specified.labels.count(channel.chan_name) != 0;
         if (!of_results) return;
         const auto* const values = channel.data_ptr;
         const auto* const first = std::find_if(values + first_, values + end_,
@@ -330,6 +342,35 @@ class RecordChecker {
                 }
             }
         }
+    }
+
+    // The means of the cycle against the bounds of the fluid streams.
+    void check_stream_bounds() {
+        const SourceSection* const bounds = test_.files[IN_CELL].section("@FLUID_STREAM_BOUNDS");
+        if (bounds == nullptr || !has_cycle_) return;
+        for (const SourceLine& line : bounds->lines) {
+            for (const SpecifiedChannel& specified : test_.specified.channels) {
+                if (specified.keyword() != line.word(1)) continue;
+                const short position = find_logged_channel(specified.label().c_str());
+                if (position >= 0) check_stream(All_chans[position], line);
+            }
+        }
+    }
+    void check_stream(const FLOGER_DATA_INFO& channel, const SourceLine& line) {
+        double low = 0;
+        double high = 0;
+        double mean = 0;
+        if (is_no_value(line.word(2)) || !is_number(line.word(2), low) ||
+            !is_number(line.word(3), high) || low >= high ||
+            units_dbl_keyword_convrt(aver(channel.data_ptr + first_, end_ - first_), channel.units,
+                                     &mean, line.word(4).c_str()) != 0 ||
+            (mean >= low && mean <= high)) {
+            return;
+        }
+        test_.findings.add(Check::outside_bounds, test_.at(IN_CELL, line),
+                           "the mean " + text_of(mean) + " " + line.word(4) + " of channel " +
+                               shown(channel.chan_name) + " is outside the bounds " + line.word(2) +
+                               " to " + line.word(3));
     }
 
     // Values with more decimals than the composite file will show.

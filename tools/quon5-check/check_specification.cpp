@@ -149,6 +149,22 @@ class ChannelChecker {
     }
 
     void check_statistical(const SpecifiedChannel& channel) {
+        const auto [first, is_new] = statistical_.emplace(channel.label(), channel.line->number);
+        if (!is_new) {
+            test_.findings.add(Check::repeated_entry, at(channel),
+                               "channel " + shown(channel.label()) +
+                                   " is given twice, first in "
+                                   "line " +
+                                   std::to_string(first->second));
+        }
+        for (const SpecifiedChannel& column : test_.specified.channels) {
+            if (column.label() != channel.label() || column.keyword() == channel.keyword())
+                continue;
+            test_.findings.add(Check::unknown_keyword, at(channel),
+                               "channel " + shown(channel.label()) + " has the keyword " +
+                                   shown(channel.keyword()) + " here, " + shown(column.keyword()) +
+                                   " in line " + std::to_string(column.line->number));
+        }
         if (units_.count(channel.label()) != 0) return;
         std::set<std::string> logged;
         for (const auto& [label, row] : units_) logged.insert(label);
@@ -164,6 +180,7 @@ class ChannelChecker {
     std::map<std::string, const LoggedChannel*> units_;  // by label
     std::set<std::string> used_;                         // PAM keywords in use
     std::set<std::string> free_;                         // labels that are logged, not specified
+    std::map<std::string, int> statistical_;
     std::map<std::string, int> labels_;
     std::map<std::string, int> keywords_;
     int known_ = 0;  // channels whose keyword something knows
@@ -249,6 +266,33 @@ void check_version(Test& test) {
                           std::to_string(Version_cvsci));
 }
 
+// The units of keyword memory against those of the log.
+void check_memory_units(Test& test) {
+    const SourceSection* const section = test.files[IN_MEMORY].section("@KEYWORDS");
+    if (section == nullptr) return;
+    std::map<std::string, std::string> units;  // of the columns, by keyword
+    std::map<std::string, std::string> of_label;
+    for (const LoggedChannel& channel : test.logged) of_label.emplace(channel.label, channel.units);
+    for (const SpecifiedChannel& channel : test.specified.channels) {
+        const auto logged = of_label.find(channel.label());
+        if (logged != of_label.end()) units.emplace(channel.keyword(), logged->second);
+    }
+    for (const auto& [tag, keyword] : test.species.mapping) {
+        const auto column = units.find(tag);
+        if (column != units.end()) units.emplace(keyword, column->second);
+    }
+    for (const SourceLine& line : section->lines) {
+        const auto logged = units.find(line.word(0));
+        if (logged == units.end() || line.words.size() < 3 ||
+            upper_case(logged->second) == upper_case(line.word(2))) {
+            continue;
+        }
+        test.findings.add(Check::units_differ, test.at(IN_MEMORY, line),
+                          "keyword " + line.word(0) + " has units " + shown(line.word(2)) +
+                              ", its channel is logged in " + shown(logged->second));
+    }
+}
+
 // A keyword of the mapping that keyword memory does not have, but one that is near and not in use.
 void check_mapped_keywords(Test& test) {
     const SourceSection* const mapping =
@@ -300,5 +344,6 @@ void check_specification(Test& test) {
         if (section.keyword() == "@CYCLE") check_keys(test, section, Cycle_key_names);
     }
     check_mapped_keywords(test);
+    check_memory_units(test);
     note_unspecified(test);
 }

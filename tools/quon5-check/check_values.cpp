@@ -1,4 +1,5 @@
 // Single values with units, such as `3.1[kpa]`, and sections that must be there.
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <initializer_list>
@@ -6,6 +7,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "quon5/process_records.h"
+#include "runtime/units.h"
 #include "tools/quon5-check/check.h"
 
 namespace {
@@ -83,6 +85,80 @@ void require(Test& test, INPUT input, const std::string& keyword, const char* ef
                       keyword);
 }
 
+// Sections of which one line is read, the first or, where `last`, the last.
+void check_single_line(Test& test, INPUT input, const std::string& keyword, std::size_t lines = 1,
+                       bool last = false) {
+    const SourceSection* const section = test.files[input].section(keyword);
+    if (section == nullptr || section->lines.size() <= lines) return;
+    const SourceLine& line = section->lines[lines];
+    test.findings.add(Check::surplus_line, test.at(input, line),
+                      lines > 1
+                          ? "only " + std::to_string(lines) + " lines of " + keyword + " are read"
+                      : last ? "only the last line of " + keyword + " counts"
+                             : "only the first line of " + keyword + " is read, in line " +
+                                   std::to_string(section->lines[0].number),
+                      keyword);
+}
+
+void check_single_lines(Test& test) {
+    for (const SectionForm& form : section_forms()) {
+        const bool single = form.words.size() == 1 && form.repeats_last && !form.words[0].required;
+        const bool list = form.keyword == "@TR_EM_VARIABLE_LENGTH_REF_CYCLE_NAMES" ||
+                          form.keyword == "@LOGGED_RECORDS" || form.input == IN_BENCH;
+        if (single && !list) check_single_line(test, form.input, form.keyword);
+    }
+    check_single_line(test, IN_SPECIFICATION, "@VERSION", 1, true);
+    check_single_line(test, IN_BENCH, "@PROP_SMPL_VALIDATION", 2);
+    check_single_line(test, IN_BENCH, "@CONT_RAW_EXH_FLOW_OPTIONS", 1, true);
+    for (const char* keyword : {"@PROP_SMPL_VALIDATION", "@PM_LEAK_TEST_VALIDATION"}) {
+        check_single_line(test, IN_CART, keyword, 1, true);
+    }
+}
+
+// A particulate system with some of its items.
+void check_items(Test& test) {
+    for (const char* keyword : {"@MPS_INFO", "@APS_INFO", "@BPS_INFO"}) {
+        const SourceSection* const section = test.files[IN_CART].section(keyword);
+        if (section == nullptr || section->lines.empty()) continue;
+        for (const ITEM_NAME& item : Item_names) {
+            if (item.map != PM_INFO_MAP) continue;
+            const bool given =
+                std::any_of(section->lines.begin(), section->lines.end(),
+                            [&](const SourceLine& line) { return line.word(0) == item.text; });
+            if (given) continue;
+            test.findings.add(Check::missing_item,
+                              item.index == PMF_ID ? Severity::ERROR : Severity::WARNING,
+                              test.at(IN_CART, section->heading),
+                              std::string(keyword) + " has no item " + item.text +
+                                  (item.index == PMF_ID ? ": the system counts as absent" : ""));
+        }
+    }
+}
+
+// The restrictions of the map in the specification, where it states them.
+void check_map_restrictions(Test& test) {
+    constexpr double kShare = 0.1;
+    for (const SourceSection& map : test.files[IN_SPECIFICATION].sections) {
+        if (map.keyword() != "@MAP" || map.heading.word(1) != Map) continue;
+        for (const SourceLine& key : map.lines) {
+            const SourceLine* const line = test.files[IN_RESTRICTION].first_line("@" + key.word(0));
+            double stated = 0;
+            double converted = 0;
+            if (line == nullptr || !is_number(key.word(1), stated)) continue;
+            const ValueWithUnits entry(line->text);
+            if (units_dbl_keyword_convrt(entry.value, entry.units.c_str(), &converted,
+                                         key.word(2).c_str()) != 0 ||
+                std::fabs(converted - stated) <= kShare * std::fabs(stated)) {
+                continue;
+            }
+            test.findings.add(Check::names_differ, test.at(IN_RESTRICTION, *line),
+                              "the restriction " + shown(line->text) + " is not the " +
+                                  key.word(1) + " " + key.word(2) + " of the map " + shown(Map) +
+                                  " in the specification");
+        }
+    }
+}
+
 void check_cell_name(Test& test) {
     const SourceSection* const variables = test.files[IN_MEMORY].section("@VARIABLES");
     if (variables == nullptr) return;
@@ -127,4 +203,7 @@ void check_values(Test& test) {
         require(test, IN_ORDA, entry.keyword, "the task fails");
     }
     check_cell_name(test);
+    check_single_lines(test);
+    check_items(test);
+    check_map_restrictions(test);
 }

@@ -51,6 +51,14 @@ class AnalyserCheck {
 
     void check() {
         if (upper_ == nullptr) return;
+        double share = 0;
+        if (units_dbl_keyword_convrt(upper_->value, upper_->units.c_str(), &share, "percent") ==
+                0 &&
+            share > 100) {
+            report(
+                Check::implausible, *upper_,
+                "the range of " + name_ + ", " + text_of(*upper_) + ", is more than 100 percent");
+        }
         if (const Reading* const lower = find(readings_, LOWER)) check_bounds(*lower);
         for (short r = ZERO_BEFORE; r < NUM_READINGS; ++r) {
             const auto which = static_cast<READING>(r);
@@ -69,6 +77,10 @@ class AnalyserCheck {
             report(Check::units_differ, lower,
                    "the lower limit of " + name_ + " has units " + shown(lower.units) +
                        ", the upper limit " + shown(upper_->units));
+        } else if (upper_case(lower.units) != upper_case(upper_->units)) {
+            report(Check::units_differ, lower,
+                   "the lower limit of " + name_ + " is in " + shown(lower.units) +
+                       ", the upper one in " + shown(upper_->units));
         } else if (low >= upper_->value) {
             report(Check::crossed_bounds, lower,
                    "the lower limit of " + name_ + ", " + text_of(lower) +
@@ -84,6 +96,11 @@ class AnalyserCheck {
                    "this reading of " + name_ + " has units " + shown(reading.units) +
                        ", its range " + shown(upper_->units));
             return;
+        }
+        if (upper_case(reading.units) != upper_case(upper_->units)) {
+            report(Check::units_differ, reading,
+                   "this reading of " + name_ + " is in " + shown(reading.units) +
+                       ", its range in " + shown(upper_->units));
         }
         const double range = upper_->value;
         const double low = -kRangeSlack * range;
@@ -152,10 +169,34 @@ void check_concentrations(Test& test, const Stage& stage, const std::string& sec
                               "the concentration of " + line.word(0) + " has units " +
                                   shown(concentration.units) + ", its analyser " +
                                   shown(upper->units));
+        } else if (upper_case(concentration.units) != upper_case(upper->units)) {
+            test.findings.add(Check::units_differ, test.at(stage.input, line),
+                              "the concentration of " + line.word(0) + " is in " +
+                                  shown(concentration.units) + ", the range of its analyser in " +
+                                  shown(upper->units));
         } else if (value > upper->value || value < -kRangeSlack * upper->value) {
             test.findings.add(Check::reading_outside, test.at(stage.input, line),
                               "the concentration " + text_of(concentration) + " of " +
                                   line.word(0) + " is outside its range up to " + text_of(*upper));
         }
+    }
+}
+
+void check_coverage(Test& test, const Stage& stage, const std::string& keyword) {
+    constexpr double kMost = 0.6;  // of the analysers
+    const SourceSection* const section = test.files[stage.input].section(keyword);
+    if (section == nullptr) return;
+    std::set<std::string> named;
+    for (const SourceLine& line : section->lines) named.insert(line.word(0));
+    std::vector<std::string> missing;
+    for (const auto& [name, readings] : stage.analysers) {
+        if (named.count(name) == 0) missing.push_back(name);
+    }
+    const auto all = static_cast<double>(stage.analysers.size());
+    if (all - static_cast<double>(missing.size()) < kMost * all) return;
+    for (const std::string& name : missing) {
+        test.findings.add(
+            Check::incomplete_readings, test.at(stage.input, section->heading),
+            "section " + keyword + " has no entry of " + name + ", but of most others");
     }
 }

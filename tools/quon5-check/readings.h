@@ -44,4 +44,7 @@ void check_readings(Test& test, const Stage& stage);
 // Reports a concentration outside the range of its analyser.
 void check_concentrations(Test& test, const Stage& stage, const std::string& section);
 
+// Reports the analysers of the stage that a section does not name, where it names most of them.
+void check_coverage(Test& test, const Stage& stage, const std::string& keyword);
+
 #endif
