@@ -13,9 +13,9 @@ add_custom_target(example ALL DEPENDS ${example}/logr_data.csv)
 set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 file(GLOB documents CONFIGURE_DEPENDS docs/*.md)
-install(TARGETS quon5 csv2logr)
+install(TARGETS ${quon5_programs})
+install(FILES ${completions} DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 if(QUON5_COMPANIONS)
-    install(TARGETS quon5-report quon5-compare quon5-check)
     install(FILES docs/report.schema.json docs/report.png docs/report_traces.png
         DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 endif()
@@ -27,8 +27,7 @@ install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)  # as README.md links to them
 install(FILES examples/call DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 install(DIRECTORY ${example}/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
-install(PROGRAMS examples/reduce_example examples/small_test
-    DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+install(PROGRAMS examples/reduce_example DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 
 set(QUON5_MAINTAINER "quon5 maintainer not named yet <nobody@example.invalid>" CACHE STRING
     "Maintainer that the Debian package names")

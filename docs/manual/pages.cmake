@@ -1,9 +1,10 @@
 # Each manual page is made from its template, the version, and the arguments in the program's help.
+include(${CMAKE_SOURCE_DIR}/scripts/programs.cmake)
 set(manual_pages)
-set(pages quon5.1 csv2logr.1 quon5-files.5 quon5-keywords.5)
-if(QUON5_COMPANIONS)
-    list(APPEND pages quon5-report.1 quon5-compare.1 quon5-check.1)
-endif()
+set(pages quon5-files.5 quon5-keywords.5)
+foreach(program ${quon5_programs})
+    list(APPEND pages ${program}.1)
+endforeach()
 foreach(page ${pages})
     set(program)
     if(page MATCHES "^(.*)\\.1$")
@@ -24,6 +25,20 @@ foreach(page ${pages})
     list(APPEND manual_pages ${CMAKE_BINARY_DIR}/${page})
 endforeach()
 add_custom_target(manual_pages ALL DEPENDS ${manual_pages})
+
+# Each bash completion is made from the words in the program's help.
+set(completions)
+foreach(program ${quon5_programs})
+    set(template ${CMAKE_SOURCE_DIR}/docs/completion/completion.bash.in)
+    set(script ${CMAKE_SOURCE_DIR}/docs/completion/make_completion.cmake)
+    set(completion ${CMAKE_BINARY_DIR}/completions/${program})
+    add_custom_command(OUTPUT ${completion}
+        COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:${program}> -DTASK=$<TARGET_FILE:quon5>
+            -DTEMPLATE=${template} -DCOMPLETION=${completion} -P ${script}
+        DEPENDS ${template} ${script} ${program} quon5 VERBATIM)
+    list(APPEND completions ${completion})
+endforeach()
+add_custom_target(completions ALL DEPENDS ${completions})
 
 # Pages made from the program's tables: `cmake --build ... --target pages` writes them into docs/,
 # and a test compares them.

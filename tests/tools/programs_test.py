@@ -201,6 +201,63 @@ class ProgramsTest(unittest.TestCase):
         for name in ("quon5", "csv2logr"):
             self.assertEqual(self.run_program(PROGRAMS / name, "--help", "--version")[0], 1)
 
+    def test_every_installed_program_answers_help_and_completes_its_words(self):
+        completions = PROGRAMS / "completions"
+        programs = sorted(os.listdir(completions))
+        self.assertIn("quon5-new-test", programs)
+        for name in programs:
+            answers = [self.run_program(PROGRAMS / name, word) for word in ("-h", "--help", "-V")]
+            self.assertEqual([answer[::2] for answer in answers], 3 * [(0, b"")])
+            self.assertEqual(answers[0], answers[1])
+            self.assertEqual(answers[2][1], f"{name} 1.0\n".encode())
+            words = re.findall(r"^  (\w+)  ", answers[0][1].decode(), re.M)
+            found = self.complete(name, f"{name} ")
+            self.assertEqual(found[:len(words)], [f"{word}=" for word in words])
+
+    def complete(self, name, line, breaks="= "):
+        """What bash offers for the end of the line."""
+        function = "_" + name.replace("-", "_")
+        script = (f"COMP_WORDBREAKS='{breaks}'; source {PROGRAMS}/completions/{name}; {function}; "
+                  "printf '%s\\n' \"${COMPREPLY[@]}\"")
+        environment = os.environ | {"COMP_LINE": line, "COMP_POINT": str(len(line))}
+        _, answer, errors = self.run_program("bash", "-c", script, env=environment)
+        self.assertEqual(errors, b"")
+        return answer.decode().splitlines()
+
+    def test_completion(self):
+        (self.directory / "my log.42").touch()
+        self.assertEqual(self.complete("csv2logr", "csv2logr csv=a logr_data=b c"),
+                         ["cycle_time=", "cycle_name=", "channels="])
+        self.assertEqual(self.complete("quon5", "quon5 logr_data=my"), ["my log.42"])
+        self.assertEqual(self.complete("quon5", "quon5 logr_data=my", breaks=" "),
+                         ["logr_data=my log.42"])
+        self.assertEqual(self.complete("quon5-report", "quon5-report quon6="), ["my log.42"])
+        self.assertEqual(self.complete("quon5-new-test", "quon5-new-test --h"), ["--help"])
+        self.assertEqual(self.complete("quon5-compare", "quon5-compare my"), ["my log.42"])
+
+    def test_new_test_runs_and_gives_a_page(self):
+        path = {"PATH": f"{PROGRAMS}:{os.environ['PATH']}"}
+        for comments in ("yes", "no"):
+            test = self.directory / comments
+            self.assertEqual(self.run_program(PROGRAMS / "quon5-new-test", comments,
+                                              f"comments={comments}")[::2], (0, b""))
+            status, _, _ = self.run_program("sh", "run", cwd=test, env=os.environ | path)
+            self.assertEqual(status, 0)
+        names = ("filter_data.42", "quon_end.42", "results/M123/quon5.FTP")
+        first, second = ([(self.directory / comments / name).read_bytes() for name in names]
+                         for comments in ("yes", "no"))
+        self.assertEqual(first, second)
+        self.assertIn(b"CVS_CD_NOX_MEA 100.0 ppm", first[2])
+        call = self.directory / "yes" / "call"
+        status, answer, _ = self.run_program(PROGRAMS / "quon5-check", f"call={call}")
+        self.assertEqual((status, answer.splitlines()[-1].startswith(b"0 errors, 0 warnings")),
+                         (0, True), answer)
+        self.assertEqual(self.run_program(PROGRAMS / "quon5-report", f"call={call}",
+                                          "page=page.html")[0], 0)
+        self.assertIn("</html>", (self.directory / "page.html").read_text())
+        self.assertEqual(self.run_program(PROGRAMS / "quon5-new-test", "yes"),
+                         (1, b"", b"quon5-new-test: yes is not empty, name a new directory\n"))
+
     def test_conversion(self):
         self.csv.write_bytes(GOOD_CSV)
         self.log.write_bytes(b"old")
