@@ -19,18 +19,38 @@ if(QUON5_COMPANIONS)
     install(FILES docs/report.schema.json docs/report.png docs/report_traces.png
         DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 endif()
+# Manual pages and changelogs are installed compressed, without a time.
+find_program(GZIP gzip REQUIRED)
+function(install_compressed file name directory)
+    set(compressed ${CMAKE_BINARY_DIR}/compressed/${name}.gz)
+    add_custom_command(OUTPUT ${compressed}
+        COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_BINARY_DIR}/compressed
+        COMMAND ${GZIP} -9nc ${file} > ${compressed} DEPENDS ${file} VERBATIM)
+    add_custom_target(compressed-${name} ALL DEPENDS ${compressed})
+    install(FILES ${compressed} DESTINATION ${directory})
+endfunction()
 foreach(page ${manual_pages})
     string(REGEX MATCH "[0-9]$" chapter ${page})
-    install(FILES ${page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${chapter})
+    get_filename_component(name ${page} NAME)
+    install_compressed(${page} ${name} ${CMAKE_INSTALL_MANDIR}/man${chapter})
 endforeach()
-install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+set(QUON5_MAINTAINER "quon5 maintainer not named yet <nobody@example.invalid>" CACHE STRING
+    "Maintainer that the Debian package names")
+configure_file(docs/package/changelog.Debian.in ${CMAKE_BINARY_DIR}/changelog.Debian @ONLY)
+install_compressed(${CMAKE_BINARY_DIR}/changelog.Debian changelog.Debian ${CMAKE_INSTALL_DOCDIR})
+install_compressed(${CMAKE_SOURCE_DIR}/CHANGELOG.md changelog ${CMAKE_INSTALL_DOCDIR})
+set(DYGRAPHS_LICENCE "(not part of this build)")
+if(QUON5_COMPANIONS)
+    file(READ ${dygraphs_licence} DYGRAPHS_LICENCE)
+endif()
+configure_file(docs/package/copyright.in ${CMAKE_BINARY_DIR}/copyright @ONLY)
+install(FILES README.md CHANGELOG.md ${CMAKE_BINARY_DIR}/copyright
+    DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)  # as README.md links to them
 install(FILES examples/call DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 install(DIRECTORY ${example}/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 install(PROGRAMS examples/reduce_example DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 
-set(QUON5_MAINTAINER "quon5 maintainer not named yet <nobody@example.invalid>" CACHE STRING
-    "Maintainer that the Debian package names")
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT ${QUON5_MAINTAINER})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "post-test data reduction of an engine test cell's emissions system")
@@ -39,13 +59,17 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS ${CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS})
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+# What the programs beside the task make use of when it is there.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "parallel, slurm-client, bash-completion, www-browser")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "quon5 is started once after a test. It reads the logger data, the test
 specification and the files of the analyser bench, the FTIR analysers and the
 particulate cart, and writes the result file, the filter data file and the
 composite end-of-test file. csv2logr makes a logger data file from a CSV file,
-quon5-check says what is wrong with the files of a test, quon5-report makes a
-page of the results, and quon5-compare tells what differs between two results.")
+quon5-new-test writes the files of a small test, quon5-check says what is wrong
+with the files of a test, quon5-report makes a page of the results, and
+quon5-compare tells what differs between two results.")
 set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_SOURCE_DIR}/scripts/package_time.cmake)
 include(CPack)
