@@ -7,13 +7,15 @@ logger data file that must come out (NAME.log), written by hand.
 """
 import os
 import pathlib
+import shlex
 import stat
 import subprocess
 import sys
 import tempfile
 import unittest
 
-CSV2LOGR = pathlib.Path(sys.argv[1]).resolve() / "csv2logr"
+PROGRAMS = pathlib.Path(sys.argv[1]).resolve()
+CSV2LOGR = PROGRAMS / "csv2logr"
 FOLDER = pathlib.Path(__file__).resolve().parent / "laboratory"
 COMMON = ["cycle_time=4.0[sec]", "filter_id=4711"]
 START = "time_of_test=2026-03-05T14:07:31"
@@ -136,6 +138,48 @@ class LaboratoryCsv(unittest.TestCase):
         (self.directory / "units").write_text("FSN,smoke\n")
         self.assertEqual(self.convert("csv=in.csv", START, "units=units")[2],
                          "csv2logr: units:1:5: units <smoke> are none of quon5\n")
+
+    def test_export_of_a_spreadsheet_gives_the_results_of_the_small_test(self):
+        """The log of the small test as a logger exports it: semicolons, decimal commas, clock times
+        and no synchronisation channel."""
+        test = self.directory / "test"
+        subprocess.run([PROGRAMS / "quon5-new-test", test], check=True, stdout=subprocess.DEVNULL)
+        results = [self.reduce(test)]
+        self.log = test / "logr_data.42"
+        channels, records = self.log.read_text().split("@LOGGED_CHANNELS\n")[1].split(
+            "@LOGGED_RECORDS\n")
+        channels = [shlex.split(line)[:2] for line in channels.splitlines()
+                    if line and line[0] != "#"]
+        columns = [i for i, (label, _) in enumerate(channels) if label != "SYNC"]
+        labels = ["Uhrzeit"] + [f'"{channels[i][0]}"' for i in columns[1:]]
+        theirs = {"deg_c": "°C", "rpm": "1/min", "ft3/min": "[ft³/min]", "mm_hg": "mmHg", "sec": ""}
+        lines = [labels, [theirs.get(channels[i][1], channels[i][1]) for i in columns]]
+        for number, record in enumerate(records.splitlines()):
+            values = record.split(",")
+            clock = f"14:07:{30 + number},0"
+            lines.append([clock] + [values[i].replace(".", ",").replace("nan", "") for i in columns[1:]])
+        self.csv.write_bytes("".join(";".join(line) + "\r\n" for line in lines).encode("latin-1"))
+        (self.directory / "labels.csv").write_text("Uhrzeit;time\n")
+        status, answer, errors = self.convert(
+            "csv=in.csv", "decimal=,", "rename=labels.csv", "time_of_test=2026-03-05",
+            "sync=start:1,cycle:3,overrun:7,end:9", "cycle_name=FTP[-]",
+            "oil_pan_temperature=98.6[deg_c]")
+        self.assertEqual((status, errors), (0, ""))
+        self.assertTrue(answer.endswith(": 18 channels, 10 records, 1 missing values, start of test "
+                                        "2026-03-05T14:07:31\n"), answer)
+        check = subprocess.run([PROGRAMS / "quon5-check", f"call={test}/call"], capture_output=True,
+                               check=False)
+        self.assertEqual(check.returncode, 0, check.stdout)
+        results.append(self.reduce(test))
+        # SYNC stands last in the log, elsewhere in the specification: the results do not depend on it.
+        self.assertEqual(results[1], results[0])
+
+    def reduce(self, test):
+        path = {"PATH": f"{PROGRAMS}:{os.environ['PATH']}"}
+        subprocess.run(["sh", "run"], cwd=test, env=os.environ | path, check=True,
+                       capture_output=True)
+        return [(test / name).read_text() for name in
+                ("filter_data.42", "quon_end.42", "results/M123/quon5.FTP")]
 
     def test_refused(self):
         for text, words, message in REFUSED:
