@@ -48,7 +48,7 @@ std::string value_of_one(const Unit& unit) {
 std::string dimension_text(const Unit& unit) {
     std::string text;
     for (std::size_t i = 0; i < unit.dimension.size(); ++i) {
-        const int exponent = unit.dimension[i];
+        const int exponent{unit.dimension[i]};
         if (exponent == 0) continue;
         text += (text.empty() ? "" : " ") + std::string(kBase[i].quantity);
         if (exponent != 1) text += std::to_string(exponent);

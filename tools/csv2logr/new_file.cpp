@@ -39,10 +39,10 @@ std::string behind_links(const std::string& filename) {
         char target[PATH_MAX];
         const ssize_t length = readlink(name.c_str(), target, sizeof target);
         if (length < 0) return name;
-        const std::string next(target, static_cast<std::size_t>(length));
-        const std::size_t slash = name.rfind('/');
-        const bool relative = next[0] != '/' && slash != name.npos;
-        name = relative ? name.substr(0, slash + 1) + next : next;
+        const std::string_view next(target, static_cast<std::size_t>(length));
+        // A relative link begins in the directory of the link.
+        name.resize(next.starts_with('/') ? 0 : name.rfind('/') + 1);
+        name += next;
     }
     throw Failure(filename + " is a link to itself");
 }

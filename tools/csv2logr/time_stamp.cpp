@@ -114,7 +114,7 @@ bool read_date(std::string_view text, std::int64_t& days) {
 
 bool read_time_stamp(std::string_view text, TimeStamp& stamp) {
     stamp = {};
-    if (text.find_first_of(":") > 2) {
+    if (text.find(':') > 2) {
         Scanner scanner(text);
         std::int64_t days = 0;
         char between = 0;
