@@ -13,27 +13,50 @@ add_custom_target(example ALL DEPENDS ${example}/logr_data.csv)
 set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 file(GLOB documents CONFIGURE_DEPENDS docs/*.md)
-install(TARGETS quon5 csv2logr)
+foreach(program ${quon5_programs})
+    if(TARGET ${program})
+        install(TARGETS ${program})
+    endif()
+endforeach()
+install(FILES ${completions} DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 if(QUON5_COMPANIONS)
-    install(TARGETS quon5-report quon5-compare quon5-check)
-    install(TARGETS quon5-archive-one DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/quon5)
     install(PROGRAMS ${CMAKE_BINARY_DIR}/quon5-archive DESTINATION ${CMAKE_INSTALL_BINDIR})
+    install(TARGETS quon5-archive-one DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/quon5)
     install(DIRECTORY ${CMAKE_BINARY_DIR}/share/quon5/ DESTINATION ${CMAKE_INSTALL_DATADIR}/quon5)
     install(FILES docs/report.schema.json docs/report.png docs/report_traces.png
         DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 endif()
+# Manual pages and changelogs are installed compressed, without a time.
+find_program(GZIP gzip REQUIRED)
+function(install_compressed file name directory)
+    set(compressed ${CMAKE_BINARY_DIR}/compressed/${name}.gz)
+    add_custom_command(OUTPUT ${compressed}
+        COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_BINARY_DIR}/compressed
+        COMMAND ${GZIP} -9nc ${file} > ${compressed} DEPENDS ${file} VERBATIM)
+    add_custom_target(compressed-${name} ALL DEPENDS ${compressed})
+    install(FILES ${compressed} DESTINATION ${directory})
+endfunction()
 foreach(page ${manual_pages})
     string(REGEX MATCH "[0-9]$" chapter ${page})
-    install(FILES ${page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${chapter})
+    get_filename_component(name ${page} NAME)
+    install_compressed(${page} ${name} ${CMAKE_INSTALL_MANDIR}/man${chapter})
 endforeach()
-install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)  # as README.md links to them
-install(DIRECTORY ${example}/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
-install(PROGRAMS examples/reduce_example examples/small_test
-    DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
-
 set(QUON5_MAINTAINER "quon5 maintainer not named yet <nobody@example.invalid>" CACHE STRING
     "Maintainer that the Debian package names")
+configure_file(docs/package/changelog.Debian.in ${CMAKE_BINARY_DIR}/changelog.Debian @ONLY)
+install_compressed(${CMAKE_BINARY_DIR}/changelog.Debian changelog.Debian ${CMAKE_INSTALL_DOCDIR})
+install_compressed(${CMAKE_SOURCE_DIR}/CHANGELOG.md changelog ${CMAKE_INSTALL_DOCDIR})
+set(DYGRAPHS_LICENCE "(not part of this build)")
+if(QUON5_COMPANIONS)
+    file(READ ${dygraphs_licence} DYGRAPHS_LICENCE)
+endif()
+configure_file(docs/package/copyright.in ${CMAKE_BINARY_DIR}/copyright @ONLY)
+install(FILES README.md CHANGELOG.md ${CMAKE_BINARY_DIR}/copyright
+    DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)  # as README.md links to them
+install(DIRECTORY ${example}/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+install(PROGRAMS examples/reduce_example DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT ${QUON5_MAINTAINER})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "post-test data reduction of an engine test cell's emissions system")
@@ -42,16 +65,19 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS ${CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS})
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Of quon5-archive alone: the task needs none of them.
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "python3, parallel, slurm-client, openssh-client")
+# What the programs beside the task make use of: all but the last two are for quon5-archive.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS
+    "python3, parallel, slurm-client, openssh-client, bash-completion, www-browser")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "quon5 is started once after a test. It reads the logger data, the test
 specification and the files of the analyser bench, the FTIR analysers and the
 particulate cart, and writes the result file, the filter data file and the
 composite end-of-test file. csv2logr makes a logger data file from a CSV file,
-quon5-check says what is wrong with the files of a test, quon5-report makes a
-page of the results, quon5-compare tells what differs between two results, and
-quon5-archive reduces stored tests again.")
+quon5-new-test writes the files of a small test, quon5-check says what is wrong
+with the files of a test, quon5-report makes a page of the results,
+quon5-compare tells what differs between two results, and quon5-archive reduces
+stored tests again.")
 set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_SOURCE_DIR}/scripts/package_time.cmake)
 include(CPack)

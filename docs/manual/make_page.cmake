@@ -3,8 +3,13 @@
 #
 #   cmake -DPROGRAM=... -DVERSION=... -DTEMPLATE=... -DPAGE=... -P make_page.cmake
 #
-# PROGRAM is empty for a page without arguments.
+# PROGRAM is empty for a page without arguments. @BODY@ becomes what the program BODY prints with
+# --manual.
 set(ARGUMENTS "")
+if(BODY)
+    execute_process(COMMAND ${BODY} --manual OUTPUT_VARIABLE BODY COMMAND_ERROR_IS_FATAL ANY
+        OUTPUT_STRIP_TRAILING_WHITESPACE)
+endif()
 if(PROGRAM)
     execute_process(COMMAND ${PROGRAM} --help OUTPUT_VARIABLE help COMMAND_ERROR_IS_FATAL ANY)
     string(REGEX REPLACE "[\\]" "\\\\e" help "${help}")

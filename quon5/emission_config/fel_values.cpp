@@ -69,6 +69,15 @@ void write_line(const char* fel_keyword, const KEYCODE (&codes)[2], const CI_MEM
             keys[codes[1]].value);
 }
 
+// The keyword of the row that has `key`.
+template <class KEYCODE, std::size_t N>
+const char* keyword_of(KEYCODE key, const char (&keywords)[N][80], const KEYCODE (&codes)[N][2]) {
+    for (std::size_t i = 0; i < N; ++i) {
+        if (codes[i][0] == key || codes[i][1] == key) return keywords[i];
+    }
+    return nullptr;
+}
+
 void write_map_values(Block& block) {
     const CVS_CI& ci = Customer_input;
     const short map = find_name(ci.maps, ci.num_maps, Map);
@@ -94,4 +103,12 @@ void fel_cycles(short index, short* write_keywd, const char* keyword) {
     if (cycle < 0) return;
     write_line(fel_keywds_cycle[index], fel_ci_spec_cycle[index], ci.cycle_keys[cycle],
                *write_keywd, keyword);
+}
+
+const char* fel_of_key(MAP_KEYCODE key) {
+    return keyword_of(key, fel_keywds_map, fel_ci_spec_map);
+}
+
+const char* fel_of_key(CYCLE_KEYCODE key) {
+    return keyword_of(key, fel_keywds_cycle, fel_ci_spec_cycle);
 }

@@ -260,10 +260,9 @@ void read_ftir_file(const char* filename) {
 }
 
 short valid_keywd_extension(const char* token) {
-    constexpr const char* kLetterForms[] = {"L", "R", "F", "LF", "LR", "LM", "RF", "RR", "RM"};
     const TOKENS<2> parts(token, "@", 1);
     const char* const extension = parts[1];
-    for (const char* form : kLetterForms) {
+    for (const char* form : Ftir_extensions) {
         if (std::strcmp(extension, form) == 0) return 1;
     }
     const long number = leading_integer(extension);

@@ -8,8 +8,12 @@
 // with a valid extension, if any, that belongs to the test specification. Problems are logged.
 void read_ftir_file(const char* filename);
 
-// 1 when the text after the first '@' of `token` is a valid extension: L, R, F, LF, LR, LM, RF, RR,
-// RM, or a text whose leading integer is 1 to 99. Else 0.
+// The extensions of letters.
+inline constexpr const char* Ftir_extensions[] = {"L",  "R",  "F",  "LF", "LR",
+                                                  "LM", "RF", "RR", "RM"};
+
+// 1 when the text after the first '@' of `token` is a valid extension: one of letters, or a text
+// whose leading integer is 1 to 99. Else 0.
 short valid_keywd_extension(const char* token);
 
 // The channel name of `token`: its text before the '@' (a leading '@' stays). The next call

@@ -11,17 +11,6 @@
 
 namespace {
 
-// Default mappings.
-constexpr struct {
-    EM_CART_SPECIES species;
-    const char* pam_keyword;
-} kDefaults[] = {
-    {CVS_NMHC, "CVS_CW_NMHC_FTIR_MEA"},
-    {PMF_SVF_WET_MEA, "PMF_SVF_WET_MEA"},
-    {PMF_IN_V, "PMF_IN_V"},
-    {BST_SVF_WET_MEA, "BST_SVF_WET_MEA"},
-};
-
 // Gives a long-form tag the index `next`. Returns false, and logs it, when that fails.
 bool add_long_form(const char* tag, short next) {
     if (check_keyword(tag, CHANNEL_KEYWORD) != 0) {
@@ -46,7 +35,7 @@ WET_DRY_MEA basis_of(const char* pam_keyword) {
 void set_measrd_species(FILE* em_cart_ptr, EM_CHAN_INFO* em_cart_info) {
     std::memset(Species_measrd, 0, sizeof Species_measrd);
     std::memset(Em_species_map, 0, sizeof Em_species_map);
-    for (const auto& entry : kDefaults) {
+    for (const auto& entry : Default_mappings) {
         copyn(Em_species_map[entry.species], entry.pam_keyword);
     }
     TextLine line;

@@ -1,7 +1,7 @@
 """The examples of the documents against the program: it runs on the files that formats.md shows,
 with the command that stands there, and must write what the documents show, byte for byte.
 
-A fenced block with a name is a file; examples/small_test writes those of formats.md, `run` is the
+A fenced block with a name is a file; quon5-new-test writes those of formats.md, `run` is the
 command. A name that ends in `+` holds lines to add at the end of that file, and `error.log+name`
 the entries that they give.
 
@@ -41,7 +41,8 @@ class Documents(unittest.TestCase):
         owner = tempfile.TemporaryDirectory()
         self.addCleanup(owner.cleanup)
         directory = pathlib.Path(owner.name)
-        subprocess.run([ROOT / "examples" / "small_test", directory], check=True)
+        subprocess.run([PROGRAM.parent / "quon5-new-test", directory, "comments=no"], check=True,
+                       stdout=subprocess.DEVNULL)
         if added_to:
             with open(directory / added_to, "a") as file:
                 file.write(ADDITIONS[added_to])

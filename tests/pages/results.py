@@ -20,7 +20,8 @@ class SmallTest:
     def __init__(self, *changes):
         self.owner = tempfile.TemporaryDirectory()
         self.directory = pathlib.Path(self.owner.name)
-        subprocess.run([ROOT / "examples" / "small_test", self.directory], check=True)
+        subprocess.run([PROGRAMS / "quon5-new-test", self.directory, "comments=no"], check=True,
+                       stdout=subprocess.DEVNULL)
         self.write("call", "".join(f"{name}={word}\n" for name, word in ARGUMENTS.items()) + "TZ=UTC\n")
         for change in changes:
             self.replace(*change)

@@ -37,7 +37,7 @@ SYNC -  0
 "&  NOX  " ppm  2
 'say "hi"' "#/cm3"  6
 "'x" -  1
-"#n" "in h2o" 15
+"#n" in_h2o 15
 "@a" deg_c  4
 i - 15
 @LOGGED_RECORDS
@@ -49,13 +49,16 @@ i - 15
 
 # The row of labels, and where and what is wrong with it.
 BAD_LABELS = [
-    ("Time,SYNC", "1:1: the first channel is <Time>, it must be the time channel <time>"),
-    ("time;SYNC", "1:1: the first channel is <time;SYNC>, it must be the time channel <time>"),
+    ("Time,SYNC", "1:1: the first channel is <Time>, it must be the time channel <time>; see "
+                  "rename= and channels="),
+    ("time;SYNC", "2:1: there are 1 units for 2 labels"),
+    ("time;SYNC,NOX", "1:1: more than one of comma, semicolon and tab may separate the fields, "
+                      "separator= must say which"),
     ("time,,X", "1:6: a label is empty"),
     ('time,"& "', "1:6: a label is empty"),
     ("time,NOX,& NOX", "1:10: label <& NOX> is that of field 2 already"),
     ("time," + "L" * 80, "1:6: label <" + "L" * 80 + "> has more than 79 characters"),
-    ("time,a\tb", "1:6: label <a?b> holds a control character"),
+    ("time,a\x01b", "1:6: label <a?b> holds a control character"),
     ("time,\"a\"\"'b\"", "1:6: label <a\"'b> holds both kinds of quotes"),
     ("time" + "".join(f",{i}" for i in range(32767)), "1:185492: more than 32767 channels"),
     ('time,"SY\nNC"', "1:6: the quote is not closed before the end of the line"),
@@ -67,7 +70,7 @@ BAD_LABELS = [
 BAD_UNITS = [
     ("", "1:1: the row of units is missing"),
     ("sec\n0,1\n", "2:1: there are 1 units for 2 labels"),
-    ("sec," + "u" * 16 + "\n0,1\n", "2:5: units <" + "u" * 16 + "> has more than 15 characters"),
+    ("sec," + "u" * 16 + "\n0,1\n", "2:5: units <" + "u" * 16 + "> have more than 15 characters"),
     ("0.0,10\n0.1,10\n", "2:1: units <0.0> are a number: is the row of units missing?"),
 ]
 
@@ -76,10 +79,14 @@ BAD_RECORDS = [
     ("", "2:1: there are no records behind the units"),
     ("0,1\n1\n", "4:2: only 1 values for 2 labels"),
     ("0,1\n1,2,3\n", "4:4: more values than the 2 labels"),
+    ("0,1\n,2\n", "4:1: the time is missing"),
+    ("0,1\nnan,2\n", "4:1: the time is missing"),
+    ("0,1\ninf,2\n", "4:1: the time is not finite"),
+    ("0.2,1\n0.1,2\n", "4:1: the time is before that of the record above"),
     ("0,1\n1,2,\n", "4:4: more values than the 2 labels"),
     ("0,1\n\n1,2\n", "4:1: the line is empty"),
     ("0,1\r\n\r\n", "4:1: the line is empty"),
-    ('0,"1,5"\n', "3:3: <1,5> is not a number"),
+    ('0,"1,5"\n', "3:3: <1,5> is not a number; a decimal comma needs decimal=,"),
     ("0,1\0\n", "3:3: <1?> is not a number"),
     ("0,1\r,2\n", "3:3: <1?> is not a number"),
     ("0," + "1" * 200 + "z\n", "3:3: <" + "1" * 100 + "...> is not a number"),
@@ -97,6 +104,32 @@ BAD_ARGUMENTS = [  # what is changed, and the message
     ({"cycle": "FTP"}, "unknown argument <cycle=FTP>, see csv2logr --help"),
     ({"oil_pan_temperature": "98.6 [ ]"}, "argument oil_pan_temperature=<98.6 [ ]> "
      "is no oil pan temperature with its units, 98.6[deg_c]"),
+    ({"oil_pan_temperature": "98.6[kpa]"}, "argument oil_pan_temperature=<98.6[kpa]> "
+     "is no oil pan temperature with its units, 98.6[deg_c]"),
+    ({"cycle_time": "1200.0"},
+     "argument cycle_time=<1200.0> is no length of the cycle with its units, 1200.0[sec]"),
+    ({"cycle_time": "-1[sec]"},
+     "argument cycle_time=<-1[sec]> is no length of the cycle with its units, 1200.0[sec]"),
+    ({"time_of_test": "2026-02-30T14:07:31"}, "argument time_of_test=<2026-02-30T14:07:31> "
+     "is no start of the test, 2026-03-05T14:07:31"),
+    ({"time_of_test": "14:07"},
+     "argument time_of_test=<14:07> is no start of the test, 2026-03-05T14:07:31"),
+    ({"time_of_test": "2026-03-05"}, "argument time_of_test= is a date, and the times of the CSV "
+     "file are no clock times"),
+    ({"separator": "x"}, "argument separator=<x> is no separator of the fields: , or ; or | "
+     "or tab"),
+    ({"labels_line": "0"}, "argument labels_line=<0> is no number of the line of the labels"),
+    ({"data_line": "2"}, "labels_line=, units_line= and data_line= must be different lines, the "
+     "data the last"),
+    ({"channels": "NOX"}, "in.csv:1:1: no label is <NOX> of channels="),
+    ({"sync": "cycle:1,start:0"},
+     "argument sync=: the phases must be in the order start, cycle, overrun, end"),
+    ({"sync": "cycle:1,end:1"}, "argument sync=: <1> is not behind that of phase cycle"),
+    ({"sync": "start:0"}, "argument sync=: the phase <cycle> is missing"),
+    ({"sync": "cycle:x"}, "argument sync=: <x> is no time of the time channel"),
+    ({"sync": "cycle:0"}, "argument sync=: the CSV file has a channel <SYNC>"),
+    ({"sync": "cycle:0,end:9", "sync_label": "PHASE"},
+     "argument sync=: no record is in the phase end"),
     ({"cycle_time": "long[sec]"},
      "argument cycle_time=<long[sec]> is no length of the cycle with its units, 1200.0[sec]"),
     ({"filter_id": "123456789012[-]"},
@@ -152,7 +185,7 @@ class ProgramsTest(unittest.TestCase):
 
     def test_help_and_version_are_answered_before_anything_else(self):
         for name, first, last, count in (("quon5", "logr_spec", "activity", 17),
-                                         ("csv2logr", "csv", "oil_pan_temperature", 7)):
+                                         ("csv2logr", "csv", "sync_label", 17)):
             program, bad_environment = PROGRAMS / name, {"ORDA_PRIO": "99"}
             self.assertEqual(self.run_program(program, "--version", env=bad_environment),
                              (0, f"{name} 1.0\n".encode(), b""))
@@ -168,19 +201,76 @@ class ProgramsTest(unittest.TestCase):
         for name in ("quon5", "csv2logr"):
             self.assertEqual(self.run_program(PROGRAMS / name, "--help", "--version")[0], 1)
 
+    def test_every_installed_program_answers_help_and_completes_its_words(self):
+        completions = PROGRAMS / "completions"
+        programs = sorted(os.listdir(completions))
+        self.assertIn("quon5-new-test", programs)
+        for name in programs:
+            answers = [self.run_program(PROGRAMS / name, word) for word in ("-h", "--help", "-V")]
+            self.assertEqual([answer[::2] for answer in answers], 3 * [(0, b"")])
+            self.assertEqual(answers[0], answers[1])
+            self.assertEqual(answers[2][1], f"{name} 1.0\n".encode())
+            words = re.findall(r"^  (\w+)  ", answers[0][1].decode(), re.M)
+            found = self.complete(name, f"{name} ")
+            self.assertEqual(found[:len(words)], [f"{word}=" for word in words])
+
+    def complete(self, name, line, breaks="= "):
+        """What bash offers for the end of the line."""
+        function = "_" + name.replace("-", "_")
+        script = (f"COMP_WORDBREAKS='{breaks}'; source {PROGRAMS}/completions/{name}; {function}; "
+                  "printf '%s\\n' \"${COMPREPLY[@]}\"")
+        environment = os.environ | {"COMP_LINE": line, "COMP_POINT": str(len(line))}
+        _, answer, errors = self.run_program("bash", "-c", script, env=environment)
+        self.assertEqual(errors, b"")
+        return answer.decode().splitlines()
+
+    def test_completion(self):
+        (self.directory / "my log.42").touch()
+        self.assertEqual(self.complete("csv2logr", "csv2logr csv=a logr_data=b c"),
+                         ["cycle_time=", "cycle_name=", "channels="])
+        self.assertEqual(self.complete("quon5", "quon5 logr_data=my"), ["my log.42"])
+        self.assertEqual(self.complete("quon5", "quon5 logr_data=my", breaks=" "),
+                         ["logr_data=my log.42"])
+        self.assertEqual(self.complete("quon5-report", "quon5-report quon6="), ["my log.42"])
+        self.assertEqual(self.complete("quon5-new-test", "quon5-new-test --h"), ["--help"])
+        self.assertEqual(self.complete("quon5-compare", "quon5-compare my"), ["my log.42"])
+
+    def test_new_test_runs_and_gives_a_page(self):
+        path = {"PATH": f"{PROGRAMS}:{os.environ['PATH']}"}
+        for comments in ("yes", "no"):
+            test = self.directory / comments
+            self.assertEqual(self.run_program(PROGRAMS / "quon5-new-test", comments,
+                                              f"comments={comments}")[::2], (0, b""))
+            status, _, _ = self.run_program("sh", "run", cwd=test, env=os.environ | path)
+            self.assertEqual(status, 0)
+        names = ("filter_data.42", "quon_end.42", "results/M123/quon5.FTP")
+        first, second = ([(self.directory / comments / name).read_bytes() for name in names]
+                         for comments in ("yes", "no"))
+        self.assertEqual(first, second)
+        self.assertIn(b"CVS_CD_NOX_MEA 100.0 ppm", first[2])
+        call = self.directory / "yes" / "call"
+        status, answer, _ = self.run_program(PROGRAMS / "quon5-check", f"call={call}")
+        self.assertEqual((status, answer.splitlines()[-1].startswith(b"0 errors, 0 warnings")),
+                         (0, True), answer)
+        self.assertEqual(self.run_program(PROGRAMS / "quon5-report", f"call={call}",
+                                          "page=page.html")[0], 0)
+        self.assertIn("</html>", (self.directory / "page.html").read_text())
+        self.assertEqual(self.run_program(PROGRAMS / "quon5-new-test", "yes"),
+                         (1, b"", b"quon5-new-test: yes is not empty, name a new directory\n"))
+
     def test_conversion(self):
         self.csv.write_bytes(GOOD_CSV)
         self.log.write_bytes(b"old")
         (self.directory / "link").symlink_to("out.42")
         self.assertEqual(self.convert(logr_data="link"),
-                         (b"link: 8 channels, 4 records, 3 empty values\n", GOOD_LOG))
+                         (b"link: 8 channels, 4 records, 3 missing values\n", GOOD_LOG))
         self.expect_names("in.csv", "link", "out.42")
         self.csv.write_bytes(b"time,sys_time\nsec,sec\n0,1\n")
         self.assertNotIn(b"TIME_OF_TEST", self.convert(time_of_test=None)[1])
 
     def test_records_of_many_blocks_and_a_line_longer_than_one(self):
         records = "".join(f"{i}.{i % 10},{i * i}\n" for i in range(200000))
-        records += "1," + " " * 3000000 + "20\n"
+        records += "200000," + " " * 3000000 + "20\n"
         self.csv.write_text(HEAD + records)
         self.assertEqual(self.convert()[1].decode().split("@LOGGED_RECORDS\n")[1], records)
         self.csv.write_text(HEAD + "0,1" * 23000000)

@@ -7,33 +7,15 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
-#include <unordered_map>
 
 #include "base/number_reading.h"
 #include "base/text.h"
+#include "base/units_vocabulary.h"
 
 namespace {
 
-constexpr std::size_t kMaxChannels = 32767;
-constexpr std::size_t kLabelWidth = 79;
-constexpr std::size_t kUnitsWidth = 15;
 constexpr long kMaxDecimals = 15;
-
-// The text of a label or of units. It must fit `width` and hold no control character.
-std::string name_of(const CsvLines& lines, const CsvField& field, const char* at, std::size_t width,
-                    const std::string& what) {
-    std::string text(field.quoted ? std::string_view(field.text) : trimmed(field.text));
-    const bool control = std::any_of(text.begin(), text.end(), is_control);
-    if (control) throw lines.failure(at, what + " " + shown(text) + " holds a control character");
-    if (text.size() > width) {
-        throw lines.failure(at, what + " " + shown(text) + " has more than " +
-                                    std::to_string(width) + " characters");
-    }
-    if (text.find('"') != text.npos && text.find('\'') != text.npos) {
-        throw lines.failure(at, what + " " + shown(text) + " holds both kinds of quotes");
-    }
-    return text;
-}
+constexpr int kStartCode = 10;
 
 // A text as one token of a line of the logger data file.
 std::string token(const std::string& text) {
@@ -41,11 +23,6 @@ std::string token(const std::string& text) {
     if (plain) return text;
     const char quote = text.find('"') == text.npos ? '"' : '\'';
     return quote + text + quote;
-}
-
-// The task's label of the channel: without the logger's mark.
-std::string_view known_label(std::string_view label) {
-    return label.starts_with('&') ? trimmed(label.substr(1)) : label;
 }
 
 // The high bit of each character of `block` that is not zero.
@@ -60,16 +37,18 @@ std::uint64_t above_nine(std::uint64_t block) {
     return (((block & kLowBits) + 0x7676767676767676) | block) & ~kLowBits;
 }
 
-// Passes over the plain decimal number at `p`: sign, digits, point, digits. Returns its decimals,
+// Passes over the plain decimal number at `p`: sign, digits, `Point`, digits. Returns its decimals,
 // or -1, with `p` anywhere, when there is no such number. A number of less than 8 characters is
 // looked at as a whole: its length costs no branch, and the next number waits for nothing else. At
 // least 8 characters behind the number can be read.
-long skip_plain_decimal(const char*& p) {
+template <char Point>
+long skip_plain_decimal(char*& p) {
+    constexpr std::uint64_t kPoints = 0x0101010101010101 * static_cast<unsigned char>(Point);
     static_assert(std::endian::native == std::endian::little, "the first digit is the lowest byte");
     if (*p == '-') ++p;
     std::uint64_t block = 0;
     std::memcpy(&block, p, sizeof block);
-    const std::uint64_t points = ~nonzero(block ^ 0x2e2e2e2e2e2e2e2e) & 0x8080808080808080;
+    const std::uint64_t points = ~nonzero(block ^ kPoints) & 0x8080808080808080;
     const std::uint64_t others = above_nine(block ^ 0x3030303030303030) & ~points;
     if (others != 0) {
         const long length = std::countr_zero(others) / 8;
@@ -82,7 +61,7 @@ long skip_plain_decimal(const char*& p) {
     const char* const whole = p;
     while (is_digit(*p)) ++p;
     const long digits = p - whole;
-    if (*p != '.') return digits > 0 ? 0 : -1;
+    if (*p != Point) return digits > 0 ? 0 : -1;
     const char* const fraction = ++p;
     while (is_digit(*p)) ++p;
     return digits > 0 || p > fraction ? p - fraction : -1;
@@ -108,129 +87,245 @@ long decimals_of(std::string_view number) {
     return std::max(decimals - exponent, 0L);
 }
 
+// What loggers and spreadsheets write where a value is missing.
+bool is_missing(std::string_view value) {
+    constexpr const char* kMissing[] = {"-", "--", "---", "na", "n/a", "#n/a", "#nv", "null"};
+    if (value.empty()) return true;
+    if (value.size() > std::strlen("#n/a")) return false;
+    const std::string text = lower_case(value);
+    return std::find(std::begin(kMissing), std::end(kMissing), text) != std::end(kMissing);
+}
+
 }  // namespace
 
-LoggerFromCsv::LoggerFromCsv(CsvLines& lines) : lines_(lines) {
-    read_labels();
-    read_units();
-    decimals_.resize(channels_.size());
+LoggerFromCsv::LoggerFromCsv(CsvLines& lines, const CsvForm& form, Phases& phases,
+                             const std::string& phase_label, std::int64_t days)
+    : lines_(lines),
+      form_(form),
+      phases_(phases),
+      phase_label_(phase_label),
+      header_(read_header(lines, form)),
+      decimals_(header_.columns.size()),
+      time_("", days) {
+    if (!phases_.empty() && has_channel(phase_label)) {
+        throw Failure("argument sync=: the CSV file has a channel " + shown(phase_label));
+    }
+    if (!lines_.next()) throw lines_.failure("there are no records behind the units");
+    time_ = TimeChannel(first_time(), days);
+    for (CsvColumn& column : header_.columns) {
+        uses_.push_back(column.use);
+        if (column.use != ColumnUse::TIME || !time_.has_stamps()) continue;
+        column.units = "sec";
+        column.units_known = true;
+    }
+    if (time_.has_dates()) time_of_test_ = time_.stamp_text();
 }
 
-void LoggerFromCsv::read_labels() {
-    if (!lines_.next()) throw lines_.failure("the row of labels is missing");
-    std::unordered_map<std::string, std::size_t> columns;
-    const char* at = lines_.begin();
-    for (const CsvField& field : lines_.fields()) {
-        CsvChannel channel;
-        channel.label = name_of(lines_, field, at, kLabelWidth, "label");
-        const std::string label(known_label(channel.label));
-        if (label.empty()) throw lines_.failure(at, "a label is empty");
-        if (channels_.empty() && channel.label != "time") {
-            throw lines_.failure(at, "the first channel is " + shown(channel.label) +
-                                         ", it must be the time channel <time>");
-        }
-        const auto [other, is_new] = columns.emplace(label, channels_.size() + 1);
-        if (!is_new) {
-            throw lines_.failure(at, "label " + shown(channel.label) + " is that of field " +
-                                         std::to_string(other->second) + " already");
-        }
-        channels_.push_back(std::move(channel));
-        if (channels_.size() > kMaxChannels) {
-            throw lines_.failure(at, "more than " + std::to_string(kMaxChannels) + " channels");
-        }
-        at = field.end + 1;
+// The time of the record in `lines_`, empty when the line ends before it.
+std::string LoggerFromCsv::first_time() const {
+    const char* p = lines_.begin();
+    for (const CsvColumn& column : header_.columns) {
+        const CsvField field = lines_.field(p);
+        if (column.use == ColumnUse::TIME) return std::string(trimmed(field.text));
+        if (field.end == lines_.end()) break;
+        p = field.end + 1;
     }
-}
-
-void LoggerFromCsv::read_units() {
-    if (!lines_.next()) throw lines_.failure("the row of units is missing");
-    const std::vector<CsvField> fields = lines_.fields();
-    if (fields.size() != channels_.size()) {
-        throw lines_.failure("there are " + std::to_string(fields.size()) + " units for " +
-                             std::to_string(channels_.size()) + " labels");
-    }
-    const char* at = lines_.begin();
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-        std::string units = name_of(lines_, fields[i], at, kUnitsWidth, "units");
-        double number = 0.0;
-        if (read_logged_value(units, number)) {
-            throw lines_.failure(
-                at, "units " + shown(units) + " are a number: is the row of units missing?");
-        }
-        channels_[i].units = units.empty() ? "-" : std::move(units);
-        at = fields[i].end + 1;
-    }
+    return "";
 }
 
 bool LoggerFromCsv::has_channel(const std::string& label) const {
-    return std::any_of(channels_.begin(), channels_.end(), [&](const CsvChannel& channel) {
-        return known_label(channel.label) == label;
-    });
+    return std::any_of(header_.columns.begin(), header_.columns.end(),
+                       [&](const CsvColumn& column) {
+                           return column.is_logged() && known_label(column.label) == label;
+                       });
+}
+
+std::size_t LoggerFromCsv::num_channels() const {
+    const auto logged = std::count_if(header_.columns.begin(), header_.columns.end(),
+                                      [](const CsvColumn& column) { return column.is_logged(); });
+    return static_cast<std::size_t>(logged) + (phases_.empty() ? 0 : 1);
+}
+
+std::vector<std::string> LoggerFromCsv::unknown_units() const {
+    std::vector<std::string> result;
+    for (const CsvColumn& column : header_.columns) {
+        if (!column.is_logged() || column.units_known) continue;
+        const std::string text = "units " + shown(column.units) + " of channel " +
+                                 shown(column.label) + " are unknown, they are copied; see units=";
+        result.emplace_back(lines_.failure(header_.units_line, column.column, text).what());
+    }
+    return result;
 }
 
 std::string LoggerFromCsv::channel_section() const {
     std::string text = "@LOGGED_CHANNELS\n";
-    for (std::size_t i = 0; i < channels_.size(); ++i) {
+    for (std::size_t i = 0; i < header_.columns.size(); ++i) {
+        const CsvColumn& column = header_.columns[i];
+        if (!column.is_logged()) continue;
         const long decimals = std::min(decimals_[i], kMaxDecimals);
-        text += token(channels_[i].label) + " " + token(channels_[i].units);
+        text += token(column.label) + " " + token(column.units);
         text += (decimals < 10 ? "  " : " ") + std::to_string(decimals) + "\n";
     }
+    if (!phases_.empty()) text += token(phase_label_) + " -  0\n";
     return text;
 }
 
 void LoggerFromCsv::convert_records(NewFile& file) {
-    while (lines_.next()) convert_record(file);
-    if (num_records_ == 0) throw lines_.failure("there are no records behind the units");
+    const bool commas = lines_.separator() == ',';
+    const auto convert = commas && form_.decimal == '.' ? &LoggerFromCsv::convert_record<'.', false>
+                         : !commas && form_.decimal == ','
+                             ? &LoggerFromCsv::convert_record<',', true>
+                             : &LoggerFromCsv::convert_record<'.', true>;
+    do {
+        (this->*convert)(file);
+    } while (lines_.next());
+    const std::string missing = phases_.missing();
+    if (!missing.empty()) throw Failure("argument sync=: no record is in the phase " + missing);
 }
 
-// Nearly all values are plain decimals. They are recognised in passing and copied with their line.
+// Nearly all values are plain decimals. They are recognised in passing and copied with their line,
+// in which separators and decimal commas are replaced where `Rewrites` says so. The two template
+// arguments and the local copies keep what a field costs at that of the log's own form.
+template <char Point, bool Rewrites>
 void LoggerFromCsv::convert_record(NewFile& file) {
     if (lines_.begin() == lines_.end()) throw lines_.failure("the line is empty");
-    const char* copied = lines_.begin();  // the line up to here is in the file
-    const char* p = copied;
+    Record record{lines_.begin(), lines_.begin(), file};
+    char* p = lines_.begin();
     const char* const end = lines_.end();
-    const std::size_t last = channels_.size() - 1;
-    std::size_t channel = 0;
-    for (;; ++channel) {
-        const char* const field = p;
-        long decimals = skip_plain_decimal(p);
-        if (decimals < 0 || (*p != ',' && p != end)) {
-            p = field;
-            decimals = convert_unusual(p, copied, file);
+    const char separator = Rewrites ? lines_.separator() : ',';
+    const bool plain = !Rewrites || Point == form_.decimal;
+    const ColumnUse* const uses = uses_.data();
+    long* const most_decimals = decimals_.data();
+    const std::size_t last = uses_.size() - 1;
+    std::size_t column = 0;
+    for (;; ++column) {
+        char* const field = p;
+        long decimals = uses[column] == ColumnUse::VALUE ? skip_plain_decimal<Point>(p) : -1;
+        if (decimals < 0 || (*p != separator && p != end) || !plain) {
+            record.at = field;
+            decimals = convert_unusual(record, column);
+            p = record.at;
+        } else if (Rewrites && Point != '.') {
+            char* const point = p - decimals - 1;
+            if (point >= field && *point == Point) *point = '.';
         }
-        if (decimals > decimals_[channel]) decimals_[channel] = decimals;
-        if (p == end || channel == last) break;
+        if (decimals > most_decimals[column]) most_decimals[column] = decimals;
+        if (p == end || column == last) break;
+        if (Rewrites) *p = ',';
         ++p;
     }
     if (p != end) {
-        throw lines_.failure(
-            p, "more values than the " + std::to_string(channels_.size()) + " labels");
+        throw lines_.failure(p, "more values than the " + std::to_string(uses_.size()) + " labels");
     }
-    if (channel != last) {
-        throw lines_.failure(p, "only " + std::to_string(channel + 1) + " values for " +
-                                    std::to_string(channels_.size()) + " labels");
+    if (column != last) {
+        throw lines_.failure(p, "only " + std::to_string(column + 1) + " values for " +
+                                    std::to_string(uses_.size()) + " labels");
     }
-    file.append({copied, static_cast<std::size_t>(end - copied)});
-    file.append("\n");
+    finish_record(record);
+}
+
+void LoggerFromCsv::finish_record(Record& record) {
+    record.copy_to(lines_.end());
+    if (!phases_.empty()) {
+        if (phases_.mark_column().empty()) code_ = phases_.code_at(time_.time());
+        record.file.append(",");
+        record.file.append(std::to_string(code_));
+    }
+    record.file.append("\n");
+    note_start();
     ++num_records_;
 }
 
-// Converts a value that is no plain decimal. Leaves `p` behind it and returns its decimals. When it
-// cannot be copied unchanged, writes the line up to it, then the value, and moves `copied`.
-long LoggerFromCsv::convert_unusual(const char*& p, const char*& copied, NewFile& file) {
-    const char* const at = p;
-    const CsvField field = lines_.field(p);
-    const std::string_view value = trimmed(field.text);
-    double number = 0.0;
-    if (!value.empty() && !read_logged_value(value, number)) {
-        throw lines_.failure(at, shown(field.text) + " is not a number");
+// Notes the stamp at which the test starts: that of the first start record, or else of the first
+// cycle record, where the phases are known here, and otherwise of the first record.
+void LoggerFromCsv::note_start() {
+    if (!time_.has_dates()) return;
+    const bool starts = !started_ && code_ >= kStartCode;
+    if (num_records_ == 0 || starts) time_of_test_ = time_.stamp_text();
+    started_ = started_ || starts;
+}
+
+// Converts the field at `record.at`, which is no plain decimal. Leaves `record.at` behind it and
+// returns its decimals. When it cannot be copied unchanged, the record up to it and its value are
+// written.
+long LoggerFromCsv::convert_unusual(Record& record, std::size_t column) {
+    char* const at = record.at;
+    if (uses_[column] == ColumnUse::TIME && form_.decimal == '.' && !time_.has_stamps()) {
+        const long decimals = convert_plain_time(record);
+        if (decimals >= 0) return decimals;
     }
-    p = field.end;
-    if (field.quoted || value.empty()) {
-        file.append({copied, static_cast<std::size_t>(at - copied)});
-        file.append(value.empty() ? "nan" : value);
-        copied = p;
-        if (value.empty()) ++num_empty_;
+    const CsvField field = lines_.field(at);
+    const std::string_view text = trimmed(field.text);
+    record.at += field.end - at;
+    switch (uses_[column]) {
+        case ColumnUse::TIME:
+            return convert_time(record, at, field);
+        case ColumnUse::MARK: {
+            const std::optional<int> code = phases_.code_of(text);
+            if (!code) throw lines_.failure(at, "mark " + shown(text) + " of an earlier phase");
+            code_ = *code;
+            record.drop(at);
+            return 0;
+        }
+        case ColumnUse::NAMELESS:
+            if (!text.empty()) throw lines_.failure(at, "a value without a label");
+            [[fallthrough]];
+        case ColumnUse::PASSED:
+            record.drop(at);
+            return 0;
+        default:
+            return convert_number(record, at, field);
     }
-    return decimals_of(value);
+}
+
+// A number in the form of the file, as one with a decimal point. False when it is none.
+bool LoggerFromCsv::read_number(std::string_view text, std::string& number, double& value) const {
+    number = text;
+    if (form_.decimal == ',') {
+        if (number.find('.') != number.npos) return false;
+        std::replace(number.begin(), number.end(), ',', '.');
+    }
+    return read_logged_value(number, value);
+}
+
+long LoggerFromCsv::convert_number(Record& record, const char* at, const CsvField& field) {
+    const std::string_view text = trimmed(field.text);
+    double value = 0.0;
+    std::string number = "nan";
+    const bool missing = is_missing(text);
+    if (!missing && !read_number(text, number, value)) {
+        const bool comma = form_.decimal == '.' && text.find(',') != text.npos;
+        throw lines_.failure(at, shown(field.text) + " is not a number" +
+                                     (comma ? "; a decimal comma needs decimal=," : ""));
+    }
+    if (missing) ++num_missing_;
+    if (field.quoted || missing || number != text) record.replace(at, number);
+    return missing ? 0 : decimals_of(number);
+}
+
+// Takes a time that is a plain decimal, as nearly all are. -1 for any other.
+long LoggerFromCsv::convert_plain_time(Record& record) {
+    char* p = record.at;
+    const long decimals = skip_plain_decimal<'.'>(p);
+    if (decimals < 0 || (*p != lines_.separator() && p != lines_.end())) return -1;
+    double time = 0.0;
+    read_logged_value({record.at, static_cast<std::size_t>(p - record.at)}, time);
+    const std::string wrong = time_.take(time);
+    if (!wrong.empty()) throw lines_.failure(record.at, wrong);
+    record.begun = true;
+    record.at = p;
+    return decimals;
+}
+
+long LoggerFromCsv::convert_time(Record& record, const char* at, const CsvField& field) {
+    const std::string_view text = trimmed(field.text);
+    if (is_missing(text)) throw lines_.failure(at, "the time is missing");
+    double value = 0.0;
+    std::string number;
+    const bool stamp = time_.has_stamps() || !read_number(text, number, value);
+    const std::string wrong = stamp ? time_.take_stamp(text, number) : time_.take(value);
+    if (!wrong.empty()) throw lines_.failure(at, wrong);
+    record.begun = true;
+    if (field.quoted || number != text) record.replace(at, number);
+    return stamp ? time_.decimals() : decimals_of(number);
 }

@@ -30,11 +30,28 @@ void remove_and_end(int number) {
     std::raise(number);
 }
 
-// The file behind the symbolic links of `filename`; `filename` itself when there is none.
+// The file that the symbolic links of `filename` lead to, which does not exist; `filename` itself
+// when there is no link.
+std::string behind_links(const std::string& filename) {
+    constexpr int kMostLinks = 40;
+    std::string name = filename;
+    for (int links = 0; links < kMostLinks; ++links) {
+        char target[PATH_MAX];
+        const ssize_t length = readlink(name.c_str(), target, sizeof target);
+        if (length < 0) return name;
+        const std::string_view next(target, static_cast<std::size_t>(length));
+        // A relative link begins in the directory of the link.
+        name.resize(next.starts_with('/') ? 0 : name.rfind('/') + 1);
+        name += next;
+    }
+    throw Failure(filename + " is a link to itself");
+}
+
+// The file to replace, or to make. It must be a regular one and not the `source`.
 std::string target_of(const std::string& filename, const std::string& source) {
     struct stat target {};
     struct stat read {};
-    if (stat(filename.c_str(), &target) != 0) return filename;
+    if (stat(filename.c_str(), &target) != 0) return behind_links(filename);
     if (!S_ISREG(target.st_mode)) throw Failure(filename + " exists and is no regular file");
     if (stat(source.c_str(), &read) == 0 && read.st_dev == target.st_dev &&
         read.st_ino == target.st_ino) {
@@ -42,6 +59,18 @@ std::string target_of(const std::string& filename, const std::string& source) {
     }
     char path[PATH_MAX];
     return realpath(filename.c_str(), path) != nullptr ? path : filename;
+}
+
+// Gives the new file the owner and the permissions of the one that it replaces. An owner that the
+// process may not give stays the process's.
+bool keep_permissions(int fd, const std::string& replaced) {
+    struct stat old {};
+    struct stat made {};
+    if (stat(replaced.c_str(), &old) != 0 || fstat(fd, &made) != 0) return true;
+    const bool other_owner = old.st_uid != made.st_uid || old.st_gid != made.st_gid;
+    const bool given = !other_owner || fchown(fd, old.st_uid, old.st_gid) == 0;
+    const mode_t mode = old.st_mode & (given ? 07777 : 0777);
+    return fchmod(fd, mode) == 0;
 }
 
 bool write_at(int fd, std::string_view text, off_t at) {
@@ -102,6 +131,7 @@ void NewFile::overwrite_start(std::string_view text) {
 
 void NewFile::complete() {
     write_block();
+    if (!keep_permissions(fd_, filename_)) refuse();
     const int closed = close(fd_);
     fd_ = -1;
     if (closed != 0 || std::rename(unfinished, filename_.c_str()) != 0) refuse();

@@ -8,7 +8,8 @@
 #include <vector>
 
 // Writes a temporary file beside the final one. `complete` gives it the final name; until then an
-// earlier file stays as it is. Without `complete` nothing is left behind, not even by SIGINT,
+// earlier file stays as it is. A name that is a link stays one, and an earlier file's permissions
+// stay as they are. Without `complete` nothing is left behind, not even by SIGINT,
 // SIGTERM or SIGHUP. Only one can exist at a time. Every operation throws Failure when the system
 // refuses it.
 class NewFile {

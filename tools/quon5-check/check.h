@@ -9,8 +9,8 @@
 
 #include "base/spelling.h"
 #include "base/stored_call.h"
+#include "reference/forms.h"
 #include "tools/quon5-check/findings.h"
-#include "tools/quon5-check/forms.h"
 #include "tools/quon5-check/limits.h"
 #include "tools/quon5-check/source_file.h"
 #include "tools/quon5-check/task_run.h"

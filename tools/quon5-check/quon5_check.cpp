@@ -19,6 +19,7 @@
 #include "base/program_help.h"
 #include "base/text.h"
 #include "base/words.h"
+#include "reference/reference.h"
 #include "tools/quon5-check/check.h"
 
 namespace {
@@ -40,6 +41,7 @@ enum { CALL, WITHOUT, LIMITS, FORMAT, NUM_ARGUMENTS };
 void print_help() {
     puts(R"(Usage: quon5-check call=FILE [name=value ...]
        quon5-check --list
+       quon5-check --keywords WORD
 
 Says what is wrong with the files of a test, before or after quon5 reduces it. Prints a finding a line,
 FILE:LINE: SEVERITY: TEXT [IDENTIFIER], and a summary. Nothing is written. In place of call= the 17 words
@@ -75,6 +77,18 @@ void print_list() {
         printf("| `%s` | %g | %g | %s | %s |\n", row.name.c_str(), row.low, row.high,
                row.units.c_str(), row.source.c_str());
     }
+}
+
+// What the reference says about a word of the input files.
+int print_keyword(const char* word) {
+    const std::string text = reference_of(word);
+    if (text.empty()) {
+        fprintf(stderr, "%s: %s is no word of the input files, see quon5-keywords(5)\n", kProgram,
+                shown(word).c_str());
+        return 2;
+    }
+    fputs(text.c_str(), stdout);
+    return fflush(stdout) == 0 ? 0 : 2;
 }
 
 // The program's own arguments among the words, and the words of the task.
@@ -250,6 +264,7 @@ int main(int argc, char** argv) {
         print_list();
         return fflush(stdout) == 0 ? 0 : 2;
     }
+    if (argc == 3 && std::strcmp(argv[1], "--keywords") == 0) return print_keyword(argv[2]);
     try {
         CommandLine line(argc, argv);
         return check(line);

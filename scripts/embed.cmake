@@ -1,6 +1,7 @@
-# Makes a source of the files of the page: each is a text `embedded_file("name")`.
+# Makes a source of files that become part of a program: each is a text `embedded_file("name")`,
+# which HEADER declares.
 #
-#   cmake -DFILES=name=path;... -DSOURCE=... -P embed.cmake
+#   cmake -DFILES=name=path;... -DSOURCE=... -DHEADER=... -P embed.cmake
 set(arrays "")
 set(rows "")
 set(number 0)
@@ -13,7 +14,7 @@ foreach(file IN LISTS FILES)
     string(APPEND rows "    {\"${name}\", {kFile${number}, sizeof kFile${number}}},\n")
     math(EXPR number "${number} + 1")
 endforeach()
-file(WRITE ${SOURCE} "#include \"tools/quon5-report/page.h\"\n\nnamespace {\n\n${arrays}\n"
+file(WRITE ${SOURCE} "#include \"${HEADER}\"\n\nnamespace {\n\n${arrays}\n"
     "constexpr struct {\n    std::string_view name;\n    std::string_view text;\n} kFiles[] = {\n"
     "${rows}};\n\n}  // namespace\n\nstd::string_view embedded_file(std::string_view name) {\n"
     "    for (const auto& file : kFiles) {\n        if (file.name == name) return file.text;\n    }\n"

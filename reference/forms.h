@@ -1,6 +1,6 @@
 // The forms of the lines of the input files: one row a section.
-#ifndef QUON5_TOOLS_CHECK_FORMS_H
-#define QUON5_TOOLS_CHECK_FORMS_H
+#ifndef QUON5_REFERENCE_FORMS_H
+#define QUON5_REFERENCE_FORMS_H
 
 #include <string>
 #include <string_view>
@@ -65,8 +65,10 @@ struct SectionForm {
     std::vector<WordForm> words;
     bool repeats_last;
     const char* form;    // as text, for people
-    const char* holds;   // what the section is for
+    std::string holds;   // what the section is for
+    const char* task;    // what the task does with it
     const char* limits;  // the row of the limits for its value; nullptr: none
+    const char* lines;   // the lines for people, where `form` does not say it; else nullptr
 };
 
 // All sections of all files.
