@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 #include "base/arguments.h"
 #include "base/text.h"
@@ -36,18 +37,15 @@ std::vector<std::string> values_of(std::vector<std::string>& words, const std::s
 }
 
 // Takes the line `name=value` of a stored call. The exception names what is wrong, not where.
-void take_line(const std::string& line, TASK_CALL& call, std::vector<std::string>& words) {
+void take_line(const std::string& line, TASK_CALL& call) {
     const std::size_t equals = line.find('=');
     if (equals == line.npos) throw std::runtime_error(shown(line) + " is no name=value");
     const std::string name = line.substr(0, equals);
-    const auto is_of_name = [&](const std::string& word) {
-        return word.substr(0, word.find('=')) == name;
-    };
-    if (std::any_of(words.begin(), words.end(), is_of_name) || call.environment.count(name) != 0) {
+    if (call.lines.count(name) != 0) {
         throw std::runtime_error(shown(name) + " is given twice");
     }
     if (argument_position(name) < std::size(Keyword_arguments)) {
-        words.push_back(line);
+        call.words.push_back(line);
     } else if (is_call_variable(name)) {
         call.environment[name] = line.substr(equals + 1);
     } else {
@@ -76,14 +74,14 @@ TASK_CALL read_stored_call(const std::string& filename, const std::string& progr
     if (!file) throw std::runtime_error("cannot open " + filename + ": " + strerror(errno));
     TASK_CALL call;
     call.directory = std::filesystem::path(filename).parent_path().string();
-    std::vector<std::string> words;
     int number = 0;
     for (std::string line; std::getline(file, line);) {
         ++number;
         if (!line.empty() && line.back() == '\r') line.pop_back();
         if (line.empty() || line.front() == '#') continue;
         try {
-            take_line(line, call, words);
+            take_line(line, call);
+            call.lines[line.substr(0, line.find('='))] = number;
         } catch (const std::runtime_error& failure) {
             throw std::runtime_error(filename + ":" + std::to_string(number) + ": " +
                                      failure.what());
@@ -91,7 +89,7 @@ TASK_CALL read_stored_call(const std::string& filename, const std::string& progr
     }
     if (file.bad()) throw std::runtime_error("cannot read " + filename + ": " + strerror(errno));
     try {
-        call.values = values_of(words, program);
+        call.values = values_of(call.words, program);
     } catch (const std::runtime_error& failure) {
         throw std::runtime_error(filename + ": " + failure.what());
     }
@@ -101,6 +99,7 @@ TASK_CALL read_stored_call(const std::string& filename, const std::string& progr
 TASK_CALL call_of_words(std::vector<std::string> words, const std::string& program) {
     TASK_CALL call;
     call.values = values_of(words, program);
+    call.words = std::move(words);
     for (const char* name : Call_variables) {
         const char* value = std::getenv(name);
         if (value != nullptr) call.environment[name] = value;

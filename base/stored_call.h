@@ -19,6 +19,8 @@ inline constexpr const char* Call_variables[] = {
 struct TASK_CALL {
     std::vector<std::string> values;                 // in the order of Keyword_arguments
     std::map<std::string, std::string> environment;  // by name, what is set
+    std::vector<std::string> words;                  // the arguments as given
+    std::map<std::string, int> lines;  // of the stored call, by name of the argument or variable
     std::string directory;  // from which relative names count; empty: the working directory
 
     // The value of the argument `name`, which must be one of Keyword_arguments.

@@ -32,6 +32,27 @@ FUEL_CONSUMED
 @EXHAUST_RESTRICTION_NORMAL
 8.4[kpa]
 )"},
+    {"call", R"(# The call of quon5 for the example test.
+TAVRIN_KEYWORD_MEMORY=keyword_memory.dat
+TAVRIN_ERROR_LOG=error.log
+logr_spec=logr_spec.dat
+logr_data=logr_data.42
+quon5_output=results/M123/quon5.FTP
+step=1
+cycle=FTP
+ci_specs=ci_specs.dat
+orda_specs=orda_specs.dat
+em_bench=em_bench.42
+restr=tests/maps/M123/restr.dat
+cell_cfg=cell_cfg.dat
+quon_end_out=quon_end.42
+quon6=results/M123/quon6.FTP
+quon7=results/M123/quon7.FTP
+pm_cart=pm_cart.42
+filt_data=filter_data.42
+FTIR_file=ftir.42
+activity=Development test
+)"},
     {"results/M123/quon6.FTP", R"(*6
         12
  0

@@ -1,4 +1,5 @@
 // The test simulator: writes the input files of one complete test.
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
@@ -14,7 +15,8 @@ constexpr const char* Help = R"(Usage: simulate_test output=DIRECTORY [option=va
 
 Writes the input files of an emissions test into the directory: logger data, logger, customer
 and label specifications, emission bench, FTIR, particulate cart, cell configuration and
-restriction files, sibling results and keyword memory. The same options give the same bytes.
+restriction files, sibling results, keyword memory, and the stored call of the task. The same
+options give the same bytes.
 
   output     directory of the files, created if missing
   seed       start of the random numbers (1)
@@ -23,6 +25,8 @@ restriction files, sibling results and keyword memory. The same options give the
   channels   logged channels, 60 to 32767 (60)
   specified  how many of them the customer specification names, first ones first (all; it has
              room for about 2600). The task reports a log with more channels than specified.
+  tests      write an archive: so many tests, 1 to 100000, in directories test_00001, test_00002, ...
+             of the output, each with a seed of its own
 )";
 
 // Options with whole-number values.
@@ -36,6 +40,7 @@ constexpr struct {
     {"cycle", &SIMULATED_TEST::cycle, 1, 100000},
     {"channels", &SIMULATED_TEST::channels, 60, 32767},
     {"specified", &SIMULATED_TEST::specified, 1, 32767},
+    {"tests", &SIMULATED_TEST::tests, 1, 100000},
 };
 
 template <class NUMBER>
@@ -70,6 +75,15 @@ void set_option(SIMULATED_TEST& test, std::string_view word) {
     fail("unknown option: " + std::string(word) + " (see --help)");
 }
 
+void write_test(const SIMULATED_TEST& test) {
+    const std::vector<CHANNEL> channels = make_channels(test);
+    write_specification(test, channels);
+    write_bench_file(test, channels);
+    write_cart_files(test, channels);
+    write_cell_files(test, channels);
+    write_logger_data(test, channels, run_cycle(test));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -83,11 +97,14 @@ int main(int argc, char** argv) {
     }
     if (test.output.empty()) fail("no output directory (see --help)");
 
-    const std::vector<CHANNEL> channels = make_channels(test);
-    write_specification(test, channels);
-    write_bench_file(test, channels);
-    write_cart_files(test, channels);
-    write_cell_files(test, channels);
-    write_logger_data(test, channels, run_cycle(test));
+    if (test.tests == 0) write_test(test);
+    for (int number = 1; number <= test.tests; ++number) {
+        const std::string digits = std::to_string(number);
+        SIMULATED_TEST one = test;
+        one.output +=
+            "/test_" + std::string(5 - std::min<std::size_t>(5, digits.size()), '0') + digits;
+        one.seed += static_cast<std::uint64_t>(number - 1);
+        write_test(one);
+    }
     return 0;
 }

@@ -12,6 +12,7 @@ struct SIMULATED_TEST {
     int cycle = 1200;           // length of the cycle, s
     int channels = 60;          // logged channels
     int specified = INT32_MAX;  // of them, named by the customer input specification
+    int tests = 0;              // of an archive; 0: one test in the output directory itself
 };
 
 // Phases of the test beside the cycle, s.

@@ -17,8 +17,8 @@ void write_bench_file(const SIMULATED_TEST& test, const std::vector<CHANNEL>& ch
 // The FTIR file, ftir.42, and the particulate cart file, pm_cart.42.
 void write_cart_files(const SIMULATED_TEST& test, const std::vector<CHANNEL>& channels);
 
-// The orda specs, logger specification, cell configuration and restriction files and the results
-// of the quon6 and quon7 tasks.
+// The orda specs, logger specification, cell configuration and restriction files, the results of
+// the quon6 and quon7 tasks, and the call of the task.
 void write_cell_files(const SIMULATED_TEST& test, const std::vector<CHANNEL>& channels);
 
 #endif

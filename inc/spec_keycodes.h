@@ -1,9 +1,25 @@
-// The keys of a map and of a cycle in the customer input specification. Each list makes the key
-// names of the file and the enumeration that indexes the test specification record.
+// The sections of the customer input specification, and the keys of a map and of a cycle. Each list
+// of keys makes the key names of the file and the enumeration that indexes the test specification
+// record.
 #ifndef QUON5_INC_SPEC_KEYCODES_H
 #define QUON5_INC_SPEC_KEYCODES_H
 
 // clang-format off
+// X(name of the reader's operation, keyword)
+#define SPECIFICATION_SECTIONS(X) \
+    X(version, "@VERSION") \
+    X(ai_channels, "@AI_CHANNELS") \
+    X(data_channels, "@DATA_CHANNELS") \
+    X(ecm_channels, "@ECM_CHANNELS") \
+    X(statistical_channels, "@STATISTICAL_CHANNELS") \
+    X(group, "@CHANNEL_GROUP") \
+    X(subsystem, "@SUBSYSTEM") \
+    X(map, "@MAP") \
+    X(cycle, "@CYCLE") \
+    X(activity, "@ACTIVITY") \
+    X(ecm, "@ECM") \
+    X(overrides, "@ECM_OVERRIDES")
+
 #define MAP_KEYCODES(X) \
     X(RATED_SPEED) \
     X(RATED_TORQUE) \

@@ -59,6 +59,23 @@
     #point "_" #basis "_" #species "@3", #point "_" #basis "_" #species "@4",
 // clang-format on
 
+// The sections of the FTIR file. X(entry keyword, name of the reader's operation)
+// clang-format off
+#define FTIR_SECTIONS(X) \
+    X(DESKEW_TIMES, deskew_times) \
+    X(CONT_CHAN_DET_METHOD, detection_methods) \
+    X(CONT_CHAN_UL_VAL, channel_values) \
+    X(CONT_CHAN_LL_VAL, channel_values) \
+    X(CONT_CHAN_PRETEST_ZERO, channel_values) \
+    X(CONT_CHAN_PRETEST_SPAN, channel_values) \
+    X(CONT_CHAN_POSTTEST_ZERO, channel_values) \
+    X(CONT_CHAN_POSTTEST_SPAN, channel_values) \
+    X(CONT_CHAN_REF_SPAN, channel_values) \
+    X(PRIMARY_CHOICES, primary_choices) \
+    X(LEAK_TEST_VALIDATION_NO_BENCH, leak_tests) \
+    X(CHEMICAL_BALANCE_OPTIONS, chem_balance)
+// clang-format on
+
 enum FTIR_CHANS_INDICIES : short { FTIR_CHANNEL_LIST(QUON5_ENUMERATORS) NUM_FTIR_CHANS };
 inline constexpr char FTIR_chans[NUM_FTIR_CHANS][80] = {FTIR_CHANNEL_LIST(QUON5_TEXTS)};
 

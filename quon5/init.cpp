@@ -23,65 +23,6 @@ constexpr short kValueWidth = 304;
 
 char Quon_End_Buffer[131072];  // output buffer of the quon5 file
 
-// The entries of the orda specs file and their rows of Tr_em_data_chans, in the order of the
-// look-ups.
-struct LabelEntry {
-    const char* keyword;
-    DATA_CHAN_INDICES row;
-};
-constexpr LabelEntry kLabelEntries[] = {
-    {"@TR_EM_BAROMETER", EM_BAROMETER},
-    {"@TR_EM_VAP_PR_DIL_AIR", EM_VAP_PR_DIL_AIR},
-    {"@TR_EM_VAP_PR_COMB_AIR", EM_VAP_PR_COMB_AIR},
-    {"@TR_EM_DIL_AIR_TEMP", EM_DIL_AIR_TEMP},
-    {"@TR_EM_INLET_AIR_TEMP", EM_INLET_AIR_TEMP},
-    {"@TR_EM_MEASRD_CVS_FLOW", EM_MEASRD_CVS_FLOW},
-    {"@SYNC_CHANNEL", EM_SYNC_CHAN},
-    {"@TR_EM_NOX_BKG_CONCEN_LBL", EM_NOX_BKGRD_CONCEN},
-    {"@TR_EM_HC_BKG_CONCEN_LBL", EM_HC_BKGRD_CONCEN},
-    {"@TR_EM_CO_BKG_CONCEN_LBL", EM_CO_BKGRD_CONCEN},
-    {"@TR_EM_CO2_BKG_CONCEN_LBL", EM_CO2_BKGRD_CONCEN},
-    {"@TR_EM_FUEL_CTR_LBL", EM_FUEL_CTR},
-    {"@TR_EM_FUEL_WT_LBL", EM_FUEL_WT},
-    {"@TR_EM_NOX_ANA_DRYER_PR_LBL", EM_NOX_DRYER_PR},
-    {"@TR_EM_NO_ANA_DRYER_PR_LBL", EM_NO_DRYER_PR},
-    {"@TR_EM_HC_ANA_DRYER_PR_LBL", EM_HC_DRYER_PR},
-    {"@TR_EM_CO_ANA_DRYER_PR_LBL", EM_CO_DRYER_PR},
-    {"@TR_EM_CO2_ANA_DRYER_PR_LBL", EM_CO2_DRYER_PR},
-    {"@TR_EM_CH4_ANA_DRYER_PR_LBL", EM_CH4_DRYER_PR},
-    {"@TR_EM_NOX_ANA_DRYER_TEMP_LBL", EM_NOX_DRYER_TEMP},
-    {"@TR_EM_NO_ANA_DRYER_TEMP_LBL", EM_NO_DRYER_TEMP},
-    {"@TR_EM_HC_ANA_DRYER_TEMP_LBL", EM_HC_DRYER_TEMP},
-    {"@TR_EM_CO_ANA_DRYER_TEMP_LBL", EM_CO_DRYER_TEMP},
-    {"@TR_EM_CO2_ANA_DRYER_TEMP_LBL", EM_CO2_DRYER_TEMP},
-    {"@TR_EM_CH4_ANA_DRYER_TEMP_LBL", EM_CH4_DRYER_TEMP},
-    {"@TR_EM_TOT_MPS_FILT_FLOW_LBL", EM_TOT_MPS_FILT_FLOW},
-    {"@TR_EM_TOT_MPS_SEC_DIL_FLOW_LBL", EM_TOT_MPS_SEC_DIL_FLOW},
-    {"@TR_EM_TOT_MPS_PROB_DIL_FLOW_LBL", EM_TOT_MPS_PROB_DIL_FLOW},
-    {"@TR_EM_TOT_APS_FILT_FLOW_LBL", EM_TOT_APS_FILT_FLOW},
-    {"@TR_EM_TOT_APS_SEC_DIL_FLOW_LBL", EM_TOT_APS_SEC_DIL_FLOW},
-    {"@TR_EM_TOT_APS_PROB_DIL_FLOW_LBL", EM_TOT_APS_PROB_DIL_FLOW},
-};
-static_assert(sizeof kLabelEntries / sizeof kLabelEntries[0] == 31);
-
-struct IndexEntry {
-    const char* text;
-    short index;
-    INDEX_MAPS map;
-};
-constexpr IndexEntry kIndexEntries[] = {
-    {"@PM_LEAK_TEST_VALIDATION", LEAK_SAMPL_MPS_PM, PM_CART_MAP},
-    {"@PROP_SMPL_VALIDATION", PROP_SAMPL_MPS_PM, PM_CART_MAP},
-    {"@DESKEW_TIMES", DESKEW_TIMES_PM, PM_CART_MAP},
-    {"@MPS_INFO", MPS_INFO_PM, PM_CART_MAP},
-    {"@APS_INFO", APS_INFO_PM, PM_CART_MAP},
-    {"@BPS_INFO", BPS_INFO_PM, PM_CART_MAP},
-    {"PMF_ID", PMF_ID, PM_INFO_MAP},
-    {"PMS_ID", PMS_ID, PM_INFO_MAP},
-    {"PMS_CONF", PMS_CONF, PM_INFO_MAP},
-    {"PMS_SAMPLE_LOC", PMS_SAMPLE_LOC, PM_INFO_MAP},
-};
-
 // Reads the command line into the globals. Returns the argument processor's result.
 short read_command_line(int argc, char** argv, char (&values)[NUM_KEYWORD_ARGUMENTS][kValueWidth]) {
     char names[NUM_KEYWORD_ARGUMENTS][kNameWidth] = {};
@@ -145,7 +86,7 @@ short open_quon5_file_and_log() {
 short read_labels(FILE* orda_specs) {
     char problems[2048] = "";
     std::size_t length = 0;
-    for (const LabelEntry& entry : kLabelEntries) {
+    for (const LABEL_ENTRY& entry : Label_entries) {
         if (get_keywd_entry(orda_specs, entry.keyword, Tr_em_data_chans[entry.row],
                             Orda_specs_filename) == 0) {
             continue;
@@ -194,7 +135,7 @@ bool register_species_names() {
 }
 
 bool register_item_names() {
-    for (const IndexEntry& entry : kIndexEntries) {
+    for (const ITEM_NAME& entry : Item_names) {
         string_associate_indexN(entry.text, entry.index, entry.map);
     }
     return register_names<CHEM_BAL_OPTION_REFUSED>(Chem_bal_options, NUM_CHEM_BAL_OPTIONS,

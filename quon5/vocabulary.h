@@ -243,6 +243,69 @@ enum CELL_CFG_ENTRIES : short {
     FLUID_STREAM = 3,
     NUM_CELL_CFG_ENTRIES = 4,
 };
+inline constexpr const char* Cell_cfg_keywords[NUM_CELL_CFG_ENTRIES] = {
+    "@BACKGND_CORRECTION_OPTIONS", "@CW_H2O_INPUT_OPTIONS", "@FLUID_STREAM_BOUNDS",
+    "@FLUID_STREAM"};
+
+// The entries of the orda specs file and their rows of Tr_em_data_chans, in the order of the
+// look-ups.
+struct LABEL_ENTRY {
+    const char* keyword;
+    DATA_CHAN_INDICES row;
+};
+inline constexpr LABEL_ENTRY Label_entries[] = {
+    {"@TR_EM_BAROMETER", EM_BAROMETER},
+    {"@TR_EM_VAP_PR_DIL_AIR", EM_VAP_PR_DIL_AIR},
+    {"@TR_EM_VAP_PR_COMB_AIR", EM_VAP_PR_COMB_AIR},
+    {"@TR_EM_DIL_AIR_TEMP", EM_DIL_AIR_TEMP},
+    {"@TR_EM_INLET_AIR_TEMP", EM_INLET_AIR_TEMP},
+    {"@TR_EM_MEASRD_CVS_FLOW", EM_MEASRD_CVS_FLOW},
+    {"@SYNC_CHANNEL", EM_SYNC_CHAN},
+    {"@TR_EM_NOX_BKG_CONCEN_LBL", EM_NOX_BKGRD_CONCEN},
+    {"@TR_EM_HC_BKG_CONCEN_LBL", EM_HC_BKGRD_CONCEN},
+    {"@TR_EM_CO_BKG_CONCEN_LBL", EM_CO_BKGRD_CONCEN},
+    {"@TR_EM_CO2_BKG_CONCEN_LBL", EM_CO2_BKGRD_CONCEN},
+    {"@TR_EM_FUEL_CTR_LBL", EM_FUEL_CTR},
+    {"@TR_EM_FUEL_WT_LBL", EM_FUEL_WT},
+    {"@TR_EM_NOX_ANA_DRYER_PR_LBL", EM_NOX_DRYER_PR},
+    {"@TR_EM_NO_ANA_DRYER_PR_LBL", EM_NO_DRYER_PR},
+    {"@TR_EM_HC_ANA_DRYER_PR_LBL", EM_HC_DRYER_PR},
+    {"@TR_EM_CO_ANA_DRYER_PR_LBL", EM_CO_DRYER_PR},
+    {"@TR_EM_CO2_ANA_DRYER_PR_LBL", EM_CO2_DRYER_PR},
+    {"@TR_EM_CH4_ANA_DRYER_PR_LBL", EM_CH4_DRYER_PR},
+    {"@TR_EM_NOX_ANA_DRYER_TEMP_LBL", EM_NOX_DRYER_TEMP},
+    {"@TR_EM_NO_ANA_DRYER_TEMP_LBL", EM_NO_DRYER_TEMP},
+    {"@TR_EM_HC_ANA_DRYER_TEMP_LBL", EM_HC_DRYER_TEMP},
+    {"@TR_EM_CO_ANA_DRYER_TEMP_LBL", EM_CO_DRYER_TEMP},
+    {"@TR_EM_CO2_ANA_DRYER_TEMP_LBL", EM_CO2_DRYER_TEMP},
+    {"@TR_EM_CH4_ANA_DRYER_TEMP_LBL", EM_CH4_DRYER_TEMP},
+    {"@TR_EM_TOT_MPS_FILT_FLOW_LBL", EM_TOT_MPS_FILT_FLOW},
+    {"@TR_EM_TOT_MPS_SEC_DIL_FLOW_LBL", EM_TOT_MPS_SEC_DIL_FLOW},
+    {"@TR_EM_TOT_MPS_PROB_DIL_FLOW_LBL", EM_TOT_MPS_PROB_DIL_FLOW},
+    {"@TR_EM_TOT_APS_FILT_FLOW_LBL", EM_TOT_APS_FILT_FLOW},
+    {"@TR_EM_TOT_APS_SEC_DIL_FLOW_LBL", EM_TOT_APS_SEC_DIL_FLOW},
+    {"@TR_EM_TOT_APS_PROB_DIL_FLOW_LBL", EM_TOT_APS_PROB_DIL_FLOW},
+};
+static_assert(sizeof Label_entries / sizeof Label_entries[0] == 31);
+
+// The sections and items of the particulate cart file, with their index maps.
+struct ITEM_NAME {
+    const char* text;
+    short index;
+    INDEX_MAPS map;
+};
+inline constexpr ITEM_NAME Item_names[] = {
+    {"@PM_LEAK_TEST_VALIDATION", LEAK_SAMPL_MPS_PM, PM_CART_MAP},
+    {"@PROP_SMPL_VALIDATION", PROP_SAMPL_MPS_PM, PM_CART_MAP},
+    {"@DESKEW_TIMES", DESKEW_TIMES_PM, PM_CART_MAP},
+    {"@MPS_INFO", MPS_INFO_PM, PM_CART_MAP},
+    {"@APS_INFO", APS_INFO_PM, PM_CART_MAP},
+    {"@BPS_INFO", BPS_INFO_PM, PM_CART_MAP},
+    {"PMF_ID", PMF_ID, PM_INFO_MAP},
+    {"PMS_ID", PMS_ID, PM_INFO_MAP},
+    {"PMS_CONF", PMS_CONF, PM_INFO_MAP},
+    {"PMS_SAMPLE_LOC", PMS_SAMPLE_LOC, PM_INFO_MAP},
+};
 
 // Family emission limit species of a map.
 enum FEL_SPECIES_MAP : short {

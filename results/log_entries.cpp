@@ -56,8 +56,9 @@ bool read_entry(std::string_view line, LogEntry& entry) {
 
 // Whether `text` can be what printf makes of `format`: each conversion stands for any text, and the
 // line ends at the end of an entry are not written. `literal` receives the number of characters
-// that are the format's own.
-bool can_be_made_of(const char* format, std::string_view text, std::size_t& literal) {
+// that are the format's own, `values` what stands for the conversions.
+bool can_be_made_of(const char* format, std::string_view text, std::size_t& literal,
+                    std::vector<LogValue>& values) {
     std::string_view rest = format;
     while (!rest.empty() && rest.back() == '\n') rest.remove_suffix(1);
     literal = 0;
@@ -71,7 +72,9 @@ bool can_be_made_of(const char* format, std::string_view text, std::size_t& lite
         }
         const std::size_t at = first ? 0 : last ? text.size() - piece.size() : text.find(piece);
         if (at == text.npos || text.substr(at, piece.size()) != piece) return false;
+        if (!first) values.back().text = text.substr(0, at);
         if (last) return !first || text.size() == piece.size();
+        values.push_back({std::string(piece), ""});
         text.remove_prefix(at + piece.size());
         rest.remove_prefix(percent + 1 + std::strcspn(rest.data() + percent + 1, "disuf"));
         rest.remove_prefix(std::min<std::size_t>(1, rest.size()));
@@ -85,9 +88,10 @@ const MESSAGE_ROW* LogEntry::message() const {
     std::size_t best_literal = 0;
     for (const MESSAGE_ROW& row : Messages) {
         std::size_t literal = 0;
+        std::vector<LogValue> values;
         if (row.module == nullptr || row.module != module || row.mode != mode ||
             (row.code != CODE_OF_RESULT && row.code != code) ||
-            !can_be_made_of(row.format, text, literal) ||
+            !can_be_made_of(row.format, text, literal, values) ||
             (best != nullptr && literal <= best_literal)) {
             continue;
         }
@@ -95,6 +99,12 @@ const MESSAGE_ROW* LogEntry::message() const {
         best_literal = literal;
     }
     return best;
+}
+
+std::vector<LogValue> LogEntry::values(const MESSAGE_ROW& row) const {
+    std::size_t literal = 0;
+    std::vector<LogValue> found;
+    return can_be_made_of(row.format, text, literal, found) ? found : std::vector<LogValue>();
 }
 
 LogEntries read_error_log(std::string_view text) {

@@ -9,6 +9,12 @@
 #include "base/message_catalogue.h"
 #include "results/text_lines.h"
 
+// A value of an entry, with the text of the format that stands before it.
+struct LogValue {
+    std::string before;
+    std::string text;
+};
+
 struct LogEntry {
     std::string time;  // local, 2026-03-05T14:07:31
     int process = 0;   // 0: the entry does not tell
@@ -21,6 +27,9 @@ struct LogEntry {
 
     // The row of the catalogue that this entry was made of; none when it holds no such row.
     const MESSAGE_ROW* message() const;
+
+    // The values that the format of this row had; none when the entry was not made of it.
+    std::vector<LogValue> values(const MESSAGE_ROW& row) const;
 };
 
 struct LogEntries {

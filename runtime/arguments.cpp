@@ -96,4 +96,6 @@ void print_usage(char** argv) {
     for (const KEYWORD_ARGUMENT& argument : Keyword_arguments) {
         fprintf(stderr, "  %-13s %s\n", argument.name, argument.meaning);
     }
+    fputs("quon5-check, with the same words, says what is wrong with the files of a test.\n",
+          stderr);
 }

@@ -52,26 +52,26 @@ void store_streams(const Line& token, int i) {
 
 // The sections by CELL_CFG_ENTRIES.
 struct Section {
-    const char* keyword;
     int capacity;  // lines
     void (*store)(const Line& token, int i);
 };
 constexpr Section kSections[NUM_CELL_CFG_ENTRIES] = {
-    {"@BACKGND_CORRECTION_OPTIONS", 2, store_correction},
-    {"@CW_H2O_INPUT_OPTIONS", 2, store_water_input},
-    {"@FLUID_STREAM_BOUNDS", 30, store_bounds},
-    {"@FLUID_STREAM", 16, store_streams},
+    {2, store_correction},
+    {2, store_water_input},
+    {30, store_bounds},
+    {16, store_streams},
 };
 
-void read_section(FILE* file, const Section& section) {
+void read_section(FILE* file, CELL_CFG_ENTRIES entry) {
+    const Section& section = kSections[entry];
     TextLine line;
     int count = 0;
-    walk_section(file, line, section.keyword, [&](const char* text) {
+    walk_section(file, line, Cell_cfg_keywords[entry], [&](const char* text) {
         if (count < section.capacity) {
             section.store(Line(text), count++);
         } else {
-            LOG(TOO_MANY_CELL_LINES, section.capacity, section.keyword, Spec_file_line_count,
-                Cell_cfg_filename);
+            LOG(TOO_MANY_CELL_LINES, section.capacity, Cell_cfg_keywords[entry],
+                Spec_file_line_count, Cell_cfg_filename);
         }
     });
 }
@@ -92,12 +92,14 @@ FILE* open_configuration() {
 
 void read_cell_cfg(void) {
     for (short entry = 0; entry < NUM_CELL_CFG_ENTRIES; ++entry) {
-        string_associate_indexN(kSections[entry].keyword, entry, CELL_CFG_MAP);
+        string_associate_indexN(Cell_cfg_keywords[entry], entry, CELL_CFG_MAP);
     }
     clear_cell_config();
     FILE* file = open_configuration();
     if (file == nullptr) return;
-    for (const Section& section : kSections) read_section(file, section);
+    for (short entry = 0; entry < NUM_CELL_CFG_ENTRIES; ++entry) {
+        read_section(file, static_cast<CELL_CFG_ENTRIES>(entry));
+    }
     fclose(file);
 }
 

@@ -232,20 +232,10 @@ class SpecificationReader {
     ECM_DATA* ecm_ = nullptr;  // the last ECM; none when it was ignored
 };
 
+#define QUON5_OPENER(name, keyword) {keyword, &SpecificationReader::open_##name},
 const SpecificationReader::Section SpecificationReader::kSections[12] = {
-    {"@VERSION", &SpecificationReader::open_version},
-    {"@AI_CHANNELS", &SpecificationReader::open_ai_channels},
-    {"@DATA_CHANNELS", &SpecificationReader::open_data_channels},
-    {"@ECM_CHANNELS", &SpecificationReader::open_ecm_channels},
-    {"@STATISTICAL_CHANNELS", &SpecificationReader::open_statistical_channels},
-    {"@CHANNEL_GROUP", &SpecificationReader::open_group},
-    {"@SUBSYSTEM", &SpecificationReader::open_subsystem},
-    {"@MAP", &SpecificationReader::open_map},
-    {"@CYCLE", &SpecificationReader::open_cycle},
-    {"@ACTIVITY", &SpecificationReader::open_activity},
-    {"@ECM", &SpecificationReader::open_ecm},
-    {"@ECM_OVERRIDES", &SpecificationReader::open_overrides},
-};
+    SPECIFICATION_SECTIONS(QUON5_OPENER)};
+#undef QUON5_OPENER
 
 }  // namespace
 

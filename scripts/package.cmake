@@ -15,7 +15,10 @@ set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
 file(GLOB documents CONFIGURE_DEPENDS docs/*.md)
 install(TARGETS quon5 csv2logr)
 if(QUON5_COMPANIONS)
-    install(TARGETS quon5-report quon5-compare)
+    install(TARGETS quon5-report quon5-compare quon5-check)
+    install(TARGETS quon5-archive-one DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/quon5)
+    install(PROGRAMS ${CMAKE_BINARY_DIR}/quon5-archive DESTINATION ${CMAKE_INSTALL_BINDIR})
+    install(DIRECTORY ${CMAKE_BINARY_DIR}/share/quon5/ DESTINATION ${CMAKE_INSTALL_DATADIR}/quon5)
     install(FILES docs/report.schema.json docs/report.png docs/report_traces.png
         DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)
 endif()
@@ -25,7 +28,6 @@ foreach(page ${manual_pages})
 endforeach()
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs)  # as README.md links to them
-install(FILES examples/call DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 install(DIRECTORY ${example}/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 install(PROGRAMS examples/reduce_example examples/small_test
     DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
@@ -41,12 +43,15 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS ${CMAKE_INSTALL_DEFAULT_DIRECTOR
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# Of quon5-archive alone: the task needs none of them.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "python3, parallel, slurm-client, openssh-client")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "quon5 is started once after a test. It reads the logger data, the test
 specification and the files of the analyser bench, the FTIR analysers and the
 particulate cart, and writes the result file, the filter data file and the
 composite end-of-test file. csv2logr makes a logger data file from a CSV file,
-quon5-report a page of the results, and quon5-compare tells what differs
-between two results.")
+quon5-check says what is wrong with the files of a test, quon5-report makes a
+page of the results, quon5-compare tells what differs between two results, and
+quon5-archive reduces stored tests again.")
 set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_SOURCE_DIR}/scripts/package_time.cmake)
 include(CPack)

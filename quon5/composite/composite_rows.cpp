@@ -59,7 +59,9 @@ void CompositeRows::write(int first, int last) {
         }
         out = write_row(out, record);
         if (out >= full || record + 1 == last) {
-            fwrite(block.get(), 1, static_cast<std::size_t>(out - block.get()), file_);
+            const auto size = static_cast<std::size_t>(out - block.get());
+            // The stream reports a write that fails; no further row is written.
+            if (fwrite(block.get(), 1, size, file_) < size) return;
             out = block.get();
         }
     }

@@ -231,20 +231,9 @@ class FtirReader {
     TextLine line_ = "";
 };
 
-const FtirReader::Section FtirReader::kSections[12] = {
-    {DESKEW_TIMES, &FtirReader::read_deskew_times},
-    {CONT_CHAN_DET_METHOD, &FtirReader::read_detection_methods},
-    {CONT_CHAN_UL_VAL, &FtirReader::read_channel_values},
-    {CONT_CHAN_LL_VAL, &FtirReader::read_channel_values},
-    {CONT_CHAN_PRETEST_ZERO, &FtirReader::read_channel_values},
-    {CONT_CHAN_PRETEST_SPAN, &FtirReader::read_channel_values},
-    {CONT_CHAN_POSTTEST_ZERO, &FtirReader::read_channel_values},
-    {CONT_CHAN_POSTTEST_SPAN, &FtirReader::read_channel_values},
-    {CONT_CHAN_REF_SPAN, &FtirReader::read_channel_values},
-    {PRIMARY_CHOICES, &FtirReader::read_primary_choices},
-    {LEAK_TEST_VALIDATION_NO_BENCH, &FtirReader::read_leak_tests},
-    {CHEMICAL_BALANCE_OPTIONS, &FtirReader::read_chem_balance},
-};
+#define QUON5_READER(entry, section) {entry, &FtirReader::read_##section},
+const FtirReader::Section FtirReader::kSections[12] = {FTIR_SECTIONS(QUON5_READER)};
+#undef QUON5_READER
 
 // Associates names with their rows. A process that has read a test before has them already.
 template <class Name>

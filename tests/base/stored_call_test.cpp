@@ -34,6 +34,8 @@ TEST(StoredCall, HasValuesVariablesAndNamesFromItsDirectory) {
     EXPECT_EQ(call.value("cycle"), "FTP");
     EXPECT_EQ(call.value("activity"), "Development test = 2 ");
     EXPECT_EQ(call.value("FTIR_file"), "--");
+    EXPECT_EQ(call.words.size(), 16U);
+    EXPECT_EQ(call.words.back(), "activity=Development test = 2 ");
     EXPECT_EQ(call.variable("TZ", "local"), "UTC");
     EXPECT_EQ(call.variable("WRITE_APPEND", "no"), "");
     EXPECT_EQ(call.variable("TAVRIN_ERROR_LOG", "error.log"), "error.log");

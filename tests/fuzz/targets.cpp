@@ -6,6 +6,7 @@
 #include <cstring>
 #include <filesystem>
 #include <sstream>
+#include <stdexcept>
 #include <vector>
 
 #include "base/open_file.h"
@@ -25,6 +26,7 @@
 #include "runtime/string_operations.h"
 #include "runtime/units.h"
 #include "tests/fuzz/memory_files.h"
+#include "tools/quon5-check/check.h"
 
 namespace {
 
@@ -148,7 +150,7 @@ void run_command_line(std::string_view input) {
 
 // The input is a set of files, each after a line "%%% name"; files that it does not hold are those
 // of the simulated test. A file "append" stands for append mode.
-void run_task(std::string_view input) {
+void take_files(std::string_view input) {
     Memory_files = Simulated_files;
     Memory_files[kArguments] = kSimulatedCall;
     bool append = false;
@@ -163,8 +165,31 @@ void run_task(std::string_view input) {
         at = end;
     }
     setenv("WRITE_APPEND", append ? "yes" : "no", 1);
+}
+
+void run_task(std::string_view input) {
+    take_files(input);
     call(run_sequence, Memory_files[kArguments]);
     clear_task();
+}
+
+// quon5-check on the same files; a call that is none is its own trouble.
+void run_check(std::string_view input) {
+    take_files(input);
+    std::istringstream lines(Memory_files[kArguments]);
+    Test test;
+    std::vector<std::string> words;
+    for (std::string word; std::getline(lines, word);) words.push_back(word);
+    try {
+        test.call = call_of_words(words, "quon5-check");
+    } catch (const std::runtime_error&) {
+        return;
+    }
+    test.limits = built_in_limits();
+    check_test(test);
+    for (const Finding& finding : test.findings.all()) {
+        if (finding.text.empty() || finding.place.line < 0) abort();
+    }
 }
 
 // The shares are such that in one and a half hours on one core each reader has some 10 million
@@ -181,6 +206,7 @@ const FuzzTarget kTargets[] = {
     {"results", "", run_results, 2560, 6},
     {"command_line", kArguments, run_command_line, 1024, 4},
     {"task", "", run_task, 4096, 10},
+    {"check", "", run_check, 4096, 6},
 };
 
 }  // namespace
