@@ -100,7 +100,7 @@ TEST(NumberFormat, WritesWhatPrintfWrites) {
 
 namespace {
 
-// The rows of columns 1, 2, ... of different lengths and decimals.
+// The rows of so many columns, with values and decimals of all kinds.
 std::string rows(int num_columns) {
     constexpr int kRecords = 40;
     static constexpr int kDecimals[] = {0, 2, 1, 4, 0, 6, 3, 15, 7, 5};
