@@ -2,6 +2,7 @@
 #ifndef QUON5_BASE_TEXT_H
 #define QUON5_BASE_TEXT_H
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,13 @@ inline bool is_control(char c) {
 inline std::string_view trimmed(std::string_view text) {
     while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
     while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+    return text;
+}
+
+// One text of several.
+inline std::string joined(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (const std::string_view part : parts) text += part;
     return text;
 }
 

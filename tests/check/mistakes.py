@@ -146,6 +146,10 @@ MISTAKES = [
     ("outside-bounds", CELL, "20.0 30.0 deg_c INLET", "28.0 30.0 deg_c INLET"),
     ("repeated-entry", MEMORY, "DIL_AIR_T channel", "DIL_AIR_VP channel", 0),
     ("repeated-entry", BENCH, "CONT_SAMPL 2 11.8", "CONT_SAMPL 1 11.8"),
+    ("unknown-keyword", BENCH, "CO2 NDIR", "CO2 NDRI"),
+    ("implausible", BENCH, "CONT_SAMPL 1 12.5", "CONT_SAMPL 1 -12.5"),
+    ("implausible", SPEC, "SIGNIFICANT_DIGITS_PN 3", "SIGNIFICANT_DIGITS_PN 33"),
+    ("reading-outside", BENCH, "NOX 0.2000 ppm", "NOX 2000 ppm"),
     # analysers
     ("incomplete-readings", BENCH, "NOX 1.0000 ppm\n", "", 0),
     ("incomplete-readings", BENCH, "NO CLD\n", "", 0),

@@ -129,6 +129,26 @@ void check_pair(Test& test, const std::string& first, const std::string& second)
     }
 }
 
+// A detection method that stands alone and is nearly another one, which stands often.
+void check_methods(Test& test) {
+    constexpr int kOften = 3;
+    std::map<std::string, std::vector<const SourceLine*>> methods;
+    for (const SourceSection& section : test.files[IN_BENCH].sections) {
+        if (section.keyword().find("_DET_METHOD") == std::string::npos) continue;
+        for (const SourceLine& line : section.lines) methods[line.word(1)].push_back(&line);
+    }
+    std::set<std::string> usual;
+    for (const auto& [method, lines] : methods) {
+        if (lines.size() >= kOften) usual.insert(method);
+    }
+    for (const auto& [method, lines] : methods) {
+        const std::string meant = lines.size() == 1 ? suggestion(method, usual) : "";
+        if (meant.empty()) continue;
+        test.findings.add(Check::unknown_keyword, test.at(IN_BENCH, *lines[0]),
+                          "the method " + shown(method) + " stands here alone" + meant);
+    }
+}
+
 // Species that head a column of the composite file.
 std::map<std::string, const SourceLine*> species_columns(const Test& test) {
     std::map<std::string, const SourceLine*> columns;
@@ -205,6 +225,16 @@ void check_leak_tests(Test& test, INPUT input, const char* keyword) {
         }
         double flow = 0;
         double leak = 0;
+        const Limits& limits = *find_limits(test.limits, "LEAK_FLOW");
+        for (const std::size_t word : {2U, 4U}) {
+            const std::string& units = line.words.size() > word + 1 ? line.words[word + 1] : "lpm";
+            if (!is_number(line.word(word), flow) || is_no_value(line.word(word)) ||
+                is_plausible(limits, flow, units)) {
+                continue;
+            }
+            test.findings.add(Check::implausible, test.at(input, line),
+                              explained(limits, flow, units));
+        }
         if (!is_number(line.word(2), flow) || !is_number(line.word(4), leak) ||
             is_no_value(line.word(2)) || is_no_value(line.word(4)) ||
             line.word(3) != line.word(5)) {
@@ -249,7 +279,7 @@ void check_options(Test& test, INPUT input) {
     std::map<std::string, int> given;
     for (const SourceLine& line : section->lines) {
         const std::string& word = line.word(0);
-        const std::string option = groups.count(word) != 0 ? word : group + " " + word;
+        const std::string option = groups.count(word) != 0 ? word : joined({group, " ", word});
         const auto [first, is_new] = given.emplace(option, line.number);
         if (!is_new) {
             test.findings.add(Check::repeated_entry, test.at(input, line),
@@ -267,8 +297,8 @@ void check_options(Test& test, INPUT input) {
         } else if ((group == Chem_bal_options[0]) !=
                    (word == Chem_bal_species[0] || word == Chem_bal_species[1])) {
             test.findings.add(Check::unknown_option, test.at(input, line),
-                              "option " + word + " does not belong to the group " + group +
-                                  ", it is passed over");
+                              joined({"option ", word, " does not belong to the group ", group,
+                                      ", it is passed over"}));
         }
         const char* const limits = word == "NO_FRACTION" ? "FRACTION"
                                    : word == "K_H2O_GAS" ? "WATER_GAS_CONSTANT"
@@ -302,6 +332,11 @@ void check_bench(Test& test) {
     }
     check_pair(test, "@BACKGND_BAG_DET_METHOD", "@BACKGND_BAG_CONC");
     check_pair(test, "@BACKGND_BAG_DRYER_PRESS", "@BACKGND_BAG_DRYER_TEMP");
+    check_methods(test);
+    for (const char* name : kStages) {
+        const Stage stage(test, IN_BENCH, name);
+        check_concentrations(test, stage, stage.name + "_LDL_VAL");
+    }
     check_concentrations(test, Stage(test, IN_BENCH, "@SAMPL_BAG"), "@SAMPL_BAG_CONC");
     check_concentrations(test, Stage(test, IN_BENCH, "@BACKGND"), "@BACKGND_CONT_CONC");
     check_concentrations(test, Stage(test, IN_BENCH, "@BACKGND"), "@BACKGND_BAG_CONC");

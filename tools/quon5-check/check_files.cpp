@@ -137,7 +137,7 @@ void check_run_numbers(Test& test) {
         if (other.empty() || strtoll(other.c_str(), nullptr, 10) == number) continue;
         test.findings.add(
             Check::run_number, test.place_of_argument(argument.name),
-            std::string(argument.name) + " is of run " + other + ", the bench file of run " + run);
+            joined({argument.name, " is of run ", other, ", the bench file of run ", run}));
     }
 }
 

@@ -107,11 +107,11 @@ void check_complete(Test& test, const Stage& stage) {
             if (readings.count(static_cast<READING>(r)) != 0) continue;
             const std::string keyword = stage.name + Reading_sections[r];
             const SourceSection* const section = test.files[IN_FTIR].section(keyword);
-            test.findings.add(
-                Check::incomplete_readings,
-                section != nullptr ? test.at(IN_FTIR, section->heading)
-                                   : test.at(IN_FTIR, *any->second.line),
-                "section " + keyword + " has no entry of " + name + ", which other readings have");
+            test.findings.add(Check::incomplete_readings,
+                              section != nullptr ? test.at(IN_FTIR, section->heading)
+                                                 : test.at(IN_FTIR, *any->second.line),
+                              joined({"section ", keyword, " has no entry of ", name,
+                                      ", which other readings have"}));
         }
         if (readings.count(UPPER) == 0) {
             test.findings.add(Check::incomplete_readings, test.at(IN_FTIR, *any->second.line),

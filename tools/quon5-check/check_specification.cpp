@@ -206,6 +206,8 @@ KeyKind kind_of_key(const std::string& key) {
     return KeyKind::TEXT;
 }
 
+constexpr double kMaxDigits = 15;
+
 void check_key_value(Test& test, const SourceLine& line) {
     const Place place = test.at(IN_SPECIFICATION, line);
     const std::string& key = line.word(0);
@@ -221,6 +223,8 @@ void check_key_value(Test& test, const SourceLine& line) {
     } else if (kind == KeyKind::INTEGER && value != leading_short(word.c_str())) {
         test.findings.add(Check::out_of_field, place,
                           shown(word) + " of " + key + " is no whole number up to 32767");
+    } else if (key.find("DIGITS") != key.npos && value > kMaxDigits) {
+        test.findings.add(Check::implausible, place, key + " is more than a double holds");
     } else if (value < 0) {
         test.findings.add(Check::implausible, place, key + " is negative");
     } else if (key.find("FEL_") != key.npos && line.words.size() < 3) {

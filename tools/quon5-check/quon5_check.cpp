@@ -108,6 +108,7 @@ struct CommandLine {
             (of_task ? task_words : own).push_back(word);
         }
         std::vector<char*> pointers;
+        pointers.reserve(own.size());
         for (std::string& word : own) pointers.push_back(word.data());
         values = read_words(kArguments, pointers, kProgram);
         if (!values[CALL].empty() && !task_words.empty()) {
@@ -197,9 +198,9 @@ void print_text(const Test& test) {
     const bool colour = isatty(STDOUT_FILENO) == 1 && getenv("NO_COLOR") == nullptr;
     constexpr const char* kColours[] = {"\033[36m", "\033[35m", "\033[31m"};
     for (const Finding& finding : test.findings.all()) {
-        const std::string line =
-            finding.place.line > 0 ? ":" + std::to_string(finding.place.line) : "";
-        printf("%s%s: %s%s:%s %s [%s]\n", printable_text(finding.place.file).c_str(), line.c_str(),
+        const std::string number = std::to_string(finding.place.line);
+        printf("%s%s%s: %s%s:%s %s [%s]\n", printable_text(finding.place.file).c_str(),
+               finding.place.line > 0 ? ":" : "", finding.place.line > 0 ? number.c_str() : "",
                colour ? kColours[static_cast<int>(finding.severity)] : "",
                name_of(finding.severity), colour ? "\033[0m" : "",
                printable_text(finding.text).c_str(), finding.id.c_str());

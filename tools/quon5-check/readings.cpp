@@ -197,6 +197,6 @@ void check_coverage(Test& test, const Stage& stage, const std::string& keyword) 
     for (const std::string& name : missing) {
         test.findings.add(
             Check::incomplete_readings, test.at(stage.input, section->heading),
-            "section " + keyword + " has no entry of " + name + ", but of most others");
+            joined({"section ", keyword, " has no entry of ", name, ", but of most others"}));
     }
 }

@@ -40,9 +40,9 @@ bool could_be_written(const char* name) {
         return !S_ISDIR(info.st_mode) && access(name, W_OK) == 0;
     }
     if (errno != ENOENT) return false;
-    std::string directory(name);
-    directory.resize(directory.rfind('/') + 1);  // npos + 1 is 0
-    if (directory.empty()) directory = ".";
+    const std::string_view path(name);
+    const std::size_t slash = path.rfind('/');
+    const std::string directory(slash == path.npos ? "." : path.substr(0, slash + 1));
     return name[0] != '\0' && access(directory.c_str(), W_OK | X_OK) == 0;
 }
 
@@ -143,7 +143,7 @@ int run(std::vector<std::string> words) {
 TaskRun run_task(const TASK_CALL& call) {
     std::vector<std::string> words = {"quon5"};
     for (std::size_t i = 0; i < call.values.size(); ++i) {
-        words.push_back(Keyword_arguments[i].name + ("=" + call.values[i]));
+        words.push_back(std::string(Keyword_arguments[i].name).append("=").append(call.values[i]));
     }
     Written written;
     TaskRun result;
