@@ -30,9 +30,12 @@ bool is_code(const ReferenceTable& table, std::size_t column, const std::string&
 
 // A cell of a Markdown table. Keywords and forms stand as code.
 std::string markdown_cell(const std::string& text, bool code) {
-    std::string cell = text;
-    for (std::size_t at = 0; (at = cell.find('|', at)) != cell.npos; at += 2) cell.insert(at, "\\");
-    return code ? "`" + cell + "`" : cell;
+    std::string cell;
+    for (const char c : text) {
+        if (c == '|') cell += '\\';
+        cell += c;
+    }
+    return code ? joined({"`", cell, "`"}) : cell;
 }
 
 std::string manual_text(const std::string& text) {
@@ -90,14 +93,14 @@ std::string reference_markdown() {
     std::string page = kHead;
     for (const ReferenceTable& table : reference_tables()) {
         page += "\n## " + table.title + "\n\n" + table.text + "\n\n|";
-        for (const std::string& column : table.columns) page += " " + column + " |";
+        for (const std::string& column : table.columns) page += joined({" ", column, " |"});
         page += "\n|";
         for (std::size_t i = 0; i < table.columns.size(); ++i) page += "---|";
         page += "\n";
         for (const auto& row : table.rows) {
             page += "|";
             for (std::size_t i = 0; i < row.size(); ++i) {
-                page += " " + markdown_cell(row[i], is_code(table, i, row[i])) + " |";
+                page += joined({" ", markdown_cell(row[i], is_code(table, i, row[i])), " |"});
             }
             page += "\n";
         }

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "base/text.h"
+
 namespace {
 
 // The base quantities in the order of Dimension, with their default units.
@@ -24,8 +26,9 @@ std::string default_units(const Dimension& dimension) {
         if (exponent == 0) continue;
         std::string factor = kBase[i].units;
         if (exponent > 1) factor += std::to_string(exponent);
-        if (dimension[i] > 0) above += (above.empty() ? "" : "*") + factor;
-        if (dimension[i] < 0) below += "/" + factor;
+        std::string& side = dimension[i] > 0 ? above : below;
+        if (!above.empty() || dimension[i] < 0) side += dimension[i] > 0 ? '*' : '/';
+        side += factor;
     }
     return (above.empty() ? "-" : above) + below;
 }
@@ -39,10 +42,12 @@ std::string number_text(long double number) {
 }  // namespace
 
 std::string value_of_one(const Unit& unit) {
-    const std::string units = " " + default_units(unit.dimension);
-    if (unit.offset == 0) return number_text(unit.factor) + units;
-    const std::string sum = "(value + " + number_text(unit.offset) + ")";
-    return sum + (unit.factor == 1 ? "" : " * " + number_text(unit.factor)) + units;
+    const std::string units = default_units(unit.dimension);
+    const std::string factor = number_text(unit.factor);
+    if (unit.offset == 0) return joined({factor, " ", units});
+    const std::string offset = number_text(unit.offset);
+    if (unit.factor == 1) return joined({"(value + ", offset, ") ", units});
+    return joined({"(value + ", offset, ") * ", factor, " ", units});
 }
 
 std::string dimension_text(const Unit& unit) {
@@ -50,7 +55,8 @@ std::string dimension_text(const Unit& unit) {
     for (std::size_t i = 0; i < unit.dimension.size(); ++i) {
         const int exponent{unit.dimension[i]};
         if (exponent == 0) continue;
-        text += (text.empty() ? "" : " ") + std::string(kBase[i].quantity);
+        if (!text.empty()) text += ' ';
+        text += kBase[i].quantity;
         if (exponent != 1) text += std::to_string(exponent);
     }
     return text.empty() ? "none" : text;
