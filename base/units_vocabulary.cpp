@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
+#include <string>
 #include <unordered_map>
 
 namespace {
@@ -172,11 +174,11 @@ std::string lower_case(std::string_view text) {
 
 int vocabulary_position(std::string_view keyword) {
     static const auto* const positions = [] {
-        auto* all = new std::unordered_map<std::string, int>;
+        auto all = std::make_unique<std::unordered_map<std::string, int>>();
         for (const Unit& unit : kVocabulary) {
             all->emplace(unit.keyword, static_cast<int>(&unit - kVocabulary));
         }
-        return all;
+        return all.release();
     }();
     const auto found = positions->find(lower_case(keyword));
     return found == positions->end() ? -1 : found->second;

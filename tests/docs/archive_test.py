@@ -17,7 +17,7 @@ def main(programs):
     text = (ROOT / "docs" / "archive.md").read_text()
     steps = re.findall(r"^```sh example\n(.*?)^```\n\n(?:[^`]*?)^```text output\n(.*?)^```", text, re.M | re.S)
     assert len(steps) == text.count("```sh example") == text.count("```text output")
-    path = f"{pathlib.Path(programs).resolve()}:{ROOT}/examples:{os.environ['PATH']}"
+    path = f"{pathlib.Path(programs).resolve()}:{os.environ['PATH']}"
     with tempfile.TemporaryDirectory() as directory:
         for commands, expected in steps:
             run = subprocess.run(["sh", "-e", "-c", commands], cwd=directory, env=os.environ | {"PATH": path},
