@@ -96,6 +96,36 @@ TASK_CALL read_stored_call(const std::string& filename, const std::string& progr
     return call;
 }
 
+COMPANION_WORDS read_companion_words(std::span<const KEYWORD_ARGUMENT> arguments, int argc,
+                                     char** argv, const std::string& program) {
+    COMPANION_WORDS line;
+    std::vector<char*> own;
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view word = argv[i];
+        const bool of_task =
+            argument_position(word.substr(0, word.find('='))) < std::size(Keyword_arguments);
+        if (of_task) {
+            line.task_words.emplace_back(word);
+        } else {
+            own.push_back(argv[i]);
+        }
+    }
+    line.values = read_words(arguments, own, program);
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (std::string_view(arguments[i].name) == "call") line.call_file = line.values[i];
+    }
+    if (!line.call_file.empty() && !line.task_words.empty()) {
+        throw std::runtime_error("call= and <" + line.task_words.front() +
+                                 "> are both given; the call has all words of the task");
+    }
+    return line;
+}
+
+TASK_CALL COMPANION_WORDS::call(const std::string& program) const {
+    return call_file.empty() ? call_of_words(task_words, program)
+                             : read_stored_call(call_file, program);
+}
+
 TASK_CALL call_of_words(std::vector<std::string> words, const std::string& program) {
     TASK_CALL call;
     call.values = values_of(words, program);

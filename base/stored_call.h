@@ -8,9 +8,12 @@
 #define QUON5_BASE_STORED_CALL_H
 
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "base/arguments.h"
 
 // The environment variables that a stored call may set.
 inline constexpr const char* Call_variables[] = {
@@ -37,6 +40,20 @@ struct TASK_CALL {
 // where there is one, for a file that cannot be read, a line without `=`, an unknown name, a name
 // given twice and a missing argument. `program` is named as the one to ask for help.
 TASK_CALL read_stored_call(const std::string& filename, const std::string& program);
+
+// The command line of a program that takes call=FILE, or the words of the task in its place.
+struct COMPANION_WORDS {
+    std::vector<std::string> values;      // of the program's own arguments, in their order
+    std::vector<std::string> task_words;  // the others, when there is no call=
+    std::string call_file;
+
+    TASK_CALL call(const std::string& program) const;
+};
+
+// Reads the command line. `arguments` are the program's own, one of them `call`. Throws as
+// read_words does, and when call= and words of the task are both given.
+COMPANION_WORDS read_companion_words(std::span<const KEYWORD_ARGUMENT> arguments, int argc,
+                                     char** argv, const std::string& program);
 
 // The call that consists of these words and the environment of this process. Throws as read_words
 // does.

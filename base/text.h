@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 inline bool is_digit(char c) {
     return static_cast<unsigned char>(c - '0') < 10;
@@ -27,6 +28,10 @@ inline std::string joined(std::initializer_list<std::string_view> parts) {
     for (const std::string_view part : parts) text += part;
     return text;
 }
+
+// The parts of a list, separated by commas. Empty parts count when `with_empty`; the empty list has
+// no part.
+std::vector<std::string> parts_of_list(std::string_view list, bool with_empty = false);
 
 // `text` as messages show it: in angle brackets, control characters as `?`, a long text cut.
 std::string shown(std::string_view text);

@@ -96,11 +96,7 @@ class HeaderReader {
                 column.use = ColumnUse::PASSED;
             }
         }
-        for (std::size_t at = 0; at < form_.channels.size();) {
-            const std::size_t end = std::min(form_.channels.find(',', at), form_.channels.size());
-            take_channels(form_.channels.substr(at, end - at));
-            at = end + 1;
-        }
+        for (const std::string& part : parts_of_list(form_.channels, true)) take_channels(part);
         const bool marked =
             std::any_of(header_.columns.begin(), header_.columns.end(),
                         [](const CsvColumn& column) { return column.use == ColumnUse::MARK; });

@@ -21,18 +21,17 @@ Failure failure(const std::string& message) {
 }  // namespace
 
 Phases::Phases(const std::string& text) {
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t end = std::min(text.find(',', at), text.size());
-        const std::string part = text.substr(at, end - at);
+    bool first = true;
+    for (const std::string& part : parts_of_list(text, true)) {
         const std::size_t colon = std::min(part.find(':'), part.size());
         const std::string mark = part.substr(std::min(colon + 1, part.size()));
         if (mark.empty()) throw failure(shown(part) + " is no phase:time");
-        if (at == 0 && part.substr(0, colon) == "column") {
+        if (first && part.substr(0, colon) == "column") {
             column_ = mark;
         } else {
             add(part.substr(0, colon), mark);
         }
-        at = end + 1;
+        first = false;
     }
     const bool has_cycle = std::any_of(phases_.begin(), phases_.end(),
                                        [](const Phase& phase) { return phase.name == "cycle"; });

@@ -17,8 +17,8 @@
 
 #include "base/message_catalogue.h"
 #include "base/program_help.h"
+#include "base/stored_call.h"
 #include "base/text.h"
-#include "base/words.h"
 #include "reference/reference.h"
 #include "tools/quon5-check/check.h"
 
@@ -91,30 +91,14 @@ int print_keyword(const char* word) {
     return fflush(stdout) == 0 ? 0 : 2;
 }
 
-// The program's own arguments among the words, and the words of the task.
+// The command line, and the file of defaults.
 struct CommandLine {
-    std::vector<std::string> values;  // in the order of kArguments
-    std::vector<std::string> task_words;
+    COMPANION_WORDS words;
+    std::vector<std::string>& values = words.values;  // in the order of kArguments
     std::vector<std::string> without;
 
-    CommandLine(int argc, char** argv) {
-        std::vector<std::string> own;
-        for (int i = 1; i < argc; ++i) {
-            const std::string word = argv[i];
-            const std::string name = word.substr(0, word.find('='));
-            const bool of_task =
-                std::any_of(std::begin(Keyword_arguments), std::end(Keyword_arguments),
-                            [&](const KEYWORD_ARGUMENT& row) { return name == row.name; });
-            (of_task ? task_words : own).push_back(word);
-        }
-        std::vector<char*> pointers;
-        pointers.reserve(own.size());
-        for (std::string& word : own) pointers.push_back(word.data());
-        values = read_words(kArguments, pointers, kProgram);
-        if (!values[CALL].empty() && !task_words.empty()) {
-            throw std::runtime_error("call= and <" + task_words.front() +
-                                     "> are both given; the call has all words of the task");
-        }
+    CommandLine(int argc, char** argv)
+        : words(read_companion_words(kArguments, argc, argv, kProgram)) {
         if (values[FORMAT] != "text" && values[FORMAT] != "json") {
             throw std::runtime_error("format=" + values[FORMAT] + " is neither text nor json");
         }
@@ -125,11 +109,7 @@ struct CommandLine {
     }
 
     void add_without(const std::string& list) {
-        for (std::size_t at = 0; at < list.size();) {
-            const std::size_t end = std::min(list.find(',', at), list.size());
-            if (end > at) without.push_back(list.substr(at, end - at));
-            at = end + 1;
-        }
+        for (const std::string& id : parts_of_list(list)) without.push_back(id);
     }
 
     // The lines of the file of defaults in the working directory; words of the command line win.
@@ -235,9 +215,8 @@ void print_json(const Test& test) {
 
 int check(CommandLine& line) {
     Test test;
-    test.call = line.values[CALL].empty() ? call_of_words(line.task_words, kProgram)
-                                          : read_stored_call(line.values[CALL], kProgram);
-    test.call_file = line.values[CALL];
+    test.call = line.words.call(kProgram);
+    test.call_file = line.words.call_file;
     for (const auto& [name, value] : test.call.environment) setenv(name.c_str(), value.c_str(), 1);
     unsetenv("ORDA_PRIO");
     tzset();

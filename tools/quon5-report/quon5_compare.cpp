@@ -151,12 +151,7 @@ Comparison comparison_of(const std::vector<std::string>& values) {
     if (!read_number(values[TOLERANCE], comparison.tolerance) || !(comparison.tolerance >= 0)) {
         throw std::runtime_error("tolerance=" + shown(values[TOLERANCE]) + " is no such number");
     }
-    const std::string& list = values[IGNORE];
-    for (std::size_t at = 0; at < list.size();) {
-        const std::size_t end = std::min(list.find(',', at), list.size());
-        if (end > at) comparison.ignore.push_back(list.substr(at, end - at));
-        at = end + 1;
-    }
+    comparison.ignore = parts_of_list(values[IGNORE]);
     if (values[FORMAT] != "text" && values[FORMAT] != "json") {
         throw std::runtime_error("format=" + shown(values[FORMAT]) + " is neither text nor json");
     }

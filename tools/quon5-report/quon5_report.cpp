@@ -10,7 +10,8 @@
 
 #include "base/open_file.h"
 #include "base/program_help.h"
-#include "base/words.h"
+#include "base/stored_call.h"
+#include "base/text.h"
 #include "results/text_lines.h"
 #include "tools/csv2logr/new_file.h"
 #include "tools/quon5-report/page.h"
@@ -49,41 +50,16 @@ word each, in any order:
 The page is one file and needs no network. See quon5-report(1).)");
 }
 
-std::vector<char*> pointers_to(std::vector<std::string>& words) {
-    std::vector<char*> pointers;
-    pointers.reserve(words.size());
-    for (std::string& word : words) pointers.push_back(word.data());
-    return pointers;
-}
-
-// The arguments of this program among the words, and the words of the task.
+// The command line.
 struct CommandLine {
-    std::vector<std::string> values;  // in the order of kArguments
-    std::vector<std::string> task_words;
+    COMPANION_WORDS words;
+    const std::vector<std::string>& values = words.values;  // in the order of kArguments
 
-    CommandLine(int argc, char** argv) {
-        std::vector<std::string> own;
-        for (int i = 1; i < argc; ++i) {
-            const std::string word = argv[i];
-            const std::string name = word.substr(0, word.find('='));
-            const bool of_task =
-                std::any_of(std::begin(Keyword_arguments), std::end(Keyword_arguments),
-                            [&](const KEYWORD_ARGUMENT& row) { return name == row.name; });
-            (of_task ? task_words : own).push_back(word);
-        }
-        values = read_words(kArguments, pointers_to(own), kProgram);
+    CommandLine(int argc, char** argv)
+        : words(read_companion_words(kArguments, argc, argv, kProgram)) {
         if (values[PAGE].empty() && values[JSON].empty()) {
             throw std::runtime_error("neither page= nor json= is given, see quon5-report --help");
         }
-        if (!values[CALL].empty() && !task_words.empty()) {
-            throw std::runtime_error("call= and <" + task_words.front() +
-                                     "> are both given; the call has all words of the task");
-        }
-    }
-
-    TASK_CALL call() const {
-        return values[CALL].empty() ? call_of_words(task_words, kProgram)
-                                    : read_stored_call(values[CALL], kProgram);
     }
 
     ReportOptions options() const {
@@ -95,12 +71,7 @@ struct CommandLine {
             (!read_integer(values[PROCESS], options.process) || options.process <= 0)) {
             throw std::runtime_error("process= is no process number");
         }
-        const std::string& list = values[CHANNELS];
-        for (std::size_t at = 0; at < list.size();) {
-            const std::size_t end = std::min(list.find(',', at), list.size());
-            if (end > at) options.channels.push_back(list.substr(at, end - at));
-            at = end + 1;
-        }
+        options.channels = parts_of_list(values[CHANNELS]);
         options.against = values[AGAINST];
         options.with_traces = !values[PAGE].empty();
         return options;
@@ -111,7 +82,7 @@ struct CommandLine {
 void refuse_file_of_call(const std::string& output, const CommandLine& line,
                          const TASK_CALL& call) {
     std::vector<std::string> files = {
-        line.values[CALL], call.path(call.variable("TAVRIN_ERROR_LOG", "error.log")),
+        line.words.call_file, call.path(call.variable("TAVRIN_ERROR_LOG", "error.log")),
         call.path(call.variable("TAVRIN_KEYWORD_MEMORY", "keyword_memory.dat"))};
     for (int i = 0; i < NUM_KEYWORD_ARGUMENTS; ++i) {
         if (Keyword_arguments[i].use != NO_FILE) {
@@ -138,7 +109,7 @@ void write_json(const Report& report, const std::string& filename) {
 }
 
 void make(const CommandLine& line) {
-    const TASK_CALL call = line.call();
+    const TASK_CALL call = line.words.call(kProgram);
     const std::string zone = call.variable("TZ", "");
     if (!zone.empty()) setenv("TZ", zone.c_str(), 1);
     tzset();
