@@ -9,6 +9,7 @@
 
 #include "base/spelling.h"
 #include "base/stored_call.h"
+#include "base/text.h"
 #include "reference/forms.h"
 #include "tools/quon5-check/findings.h"
 #include "tools/quon5-check/limits.h"
@@ -101,6 +102,15 @@ std::string suggestion(std::string_view mistyped, const Words& words) {
     for (const auto& word : words) nearest.consider(word);
     if (nearest.word().empty()) return "";
     return ", did you mean " + std::string(nearest.word()) + "?";
+}
+
+// The same for PAM keywords, which are long and alike: one change at most.
+template <class Words>
+std::string close_suggestion(std::string_view mistyped, const Words& words) {
+    for (const auto& word : words) {
+        if (edit_distance(mistyped, word) <= 1) return joined({", did you mean ", word, "?"});
+    }
+    return "";
 }
 
 // Reads a whole word as a decimal number.

@@ -161,7 +161,7 @@ class LineChecker {
         known.insert(test_.specified.keywords.begin(), test_.specified.keywords.end());
         // A test that leaves channels out may leave out this one.
         if (known.count(word) != 0 || test_.num_unspecified() > Test::kFewChannels) return;
-        const std::string meant = suggestion(word, known);
+        const std::string meant = close_suggestion(word, known);
         if (meant.empty()) return;
         report(Check::unknown_keyword, line,
                "keyword " + shown(word) + " is that of no channel" + meant);

@@ -103,5 +103,8 @@ SourceFile read_source_file(const std::string& name) {
     Spec_file_line_count = line_count;
     fclose(stream);
     look_at(name.c_str(), file);
+    // Comments alone are nothing.
+    const bool is_text = file.form == FileForm::OTHER_TEXT || file.form == FileForm::CSV;
+    if (is_text && file.sections.empty() && file.stray_lines.empty()) file.form = FileForm::EMPTY;
     return file;
 }
