@@ -107,16 +107,11 @@ class EntryPlace {
     std::vector<LogValue> values_;
 };
 
-// Whether a check has found something at the place of the entry, or about one of its values.
-bool is_covered(const Test& test, const EntryPlace& entry) {
-    if (test.findings.has_at(entry.place())) return true;
-    const auto& all = test.findings.all();
-    return std::any_of(all.begin(), all.end(), [&](const Finding& finding) {
-        return !finding.subject.empty() && finding.severity != Severity::NOTE &&
-               std::any_of(
-                   entry.values().begin(), entry.values().end(),
-                   [&](const LogValue& value) { return trimmed(value.text) == finding.subject; });
-    });
+// The texts that an entry is about.
+std::set<std::string> subjects_of(const EntryPlace& entry) {
+    std::set<std::string> subjects;
+    for (const LogValue& value : entry.values()) subjects.emplace(trimmed(value.text));
+    return subjects;
 }
 
 std::string first_sentence(const char* text) {
@@ -141,8 +136,9 @@ void take_entries(Test& test) {
         const MESSAGE_ROW* const row = entry.message();
         if (is_always_covered(row)) continue;
         const EntryPlace place(test, entry, row);
-        if (is_covered(test, place)) continue;
-        Finding finding{place.place(), severity_of(test, entry, row),
+        const Severity severity = severity_of(test, entry, row);
+        if (test.findings.covers(place.place(), subjects_of(place), severity)) continue;
+        Finding finding{place.place(), severity,
                         row == nullptr ? "task-entry" : identifier_of(row->name),
                         in_one_line(entry.text), ""};
         if (row != nullptr) {

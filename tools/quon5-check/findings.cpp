@@ -57,12 +57,22 @@ bool Findings::has(Check check, const std::string& subject) const {
     });
 }
 
-bool Findings::has_at(const Place& place) const {
-    return place.line > 0 &&
-           std::any_of(findings_.begin(), findings_.end(), [&](const Finding& finding) {
-               return finding.place.line == place.line && finding.place.file == place.file &&
-                      finding.severity != Severity::NOTE;
-           });
+bool Findings::covers(const Place& place, const std::set<std::string>& subjects,
+                      Severity severity) {
+    const auto found =
+        std::find_if(findings_.begin(), findings_.end(), [&](const Finding& finding) {
+            const bool here = place.line > 0 && finding.place.line == place.line &&
+                              finding.place.file == place.file;
+            const bool about = !finding.subject.empty() && subjects.count(finding.subject) != 0;
+            return finding.severity != Severity::NOTE && (here || about);
+        });
+    if (found == findings_.end()) return false;
+    if (severity > found->severity && found->id != "unknown-section") {
+        --by_severity_[found->severity];
+        ++by_severity_[severity];
+        found->severity = severity;
+    }
+    return true;
 }
 
 int Findings::count(Severity severity) const {

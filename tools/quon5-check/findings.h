@@ -62,9 +62,13 @@ class Findings {
              const std::string& subject = "");
     void add(const Finding& finding);
 
-    // Whether a check found something about `subject`, or at this place.
+    // Whether a check found something about `subject`.
     bool has(Check check, const std::string& subject) const;
-    bool has_at(const Place& place) const;
+
+    // Whether there is a finding, other than a note, in this line or about one of these subjects.
+    // It then becomes at least as bad as `severity`; but a section that is not known stays a
+    // warning, whatever the task says.
+    bool covers(const Place& place, const std::set<std::string>& subjects, Severity severity);
 
     const std::vector<Finding>& all() const { return findings_; }
     int count(Severity severity) const;
